@@ -1,7 +1,8 @@
 // What the console needs of the field driver that loads it. The driver implements it and outlives the console's run.
 //
-// The operations may be called from the console thread and from the console's workers at any time; text that is returned by
-// reference stays valid until the driver changes it on the thread of the call. Text is in the narrow code page (UTF-8).
+// The operations may be called from the console thread and from the console's workers at any time; text that is
+// returned by reference stays valid until the driver changes it on the thread of the call. Text is in the narrow code
+// page (UTF-8).
 #pragma once
 
 #include <cstdint>
@@ -19,8 +20,8 @@ public:
 
     // Display name: the console's title, and with blanks turned into "_" the name of its icon.
     virtual const char* GetName() = 0;
-    // Called after "Save now" and OK, on the console thread without the module lock, once the tabs have written allPropPages.
-    // No exception may leave it.
+    // Called after "Save now" and OK, on the console thread without the module lock, once the tabs have written
+    // allPropPages. No exception may leave it.
     virtual void SaveSettings() = 0;
     // The driver's tag table, filled by the driver, which owns it.
     virtual CTagList& GetTagList() = 0;

@@ -1,9 +1,9 @@
 // The product kernel as the console and the driver see it: connections, tags, messages, the channel into the historical
 // store, the current user and the trace. platform/kernel implements it.
 //
-// Every operation returns a QLResult: 0 is success. All operations may be called from any thread at any time; an operation
-// on one connection does not wait for an operation on another. Text is UTF-8 and NUL-terminated, never longer than the
-// buffer that is named with it.
+// Every operation returns a QLResult: 0 is success. All operations may be called from any thread at any time; an
+// operation on one connection does not wait for an operation on another. Text is UTF-8 and NUL-terminated, never longer
+// than the buffer that is named with it.
 //
 // The number in each comment is the operation's number among the kernel's exports.
 #pragma once
@@ -17,15 +17,15 @@
 using QLResult = std::uint16_t;
 
 inline constexpr QLResult QL_OK = 0;
-inline constexpr QLResult QL_INVALID_ARGUMENT = 1; // null pointer, wrong size word, value out of range
-inline constexpr QLResult QL_NO_CONNECTION = 2;    // the handle is not one that Connect gave
-inline constexpr QLResult QL_NO_RESOURCES = 3;     // no free handle or channel
-inline constexpr QLResult QL_NO_SUCH_TAG = 5;      // no tag of this name or id; past the last tag
-inline constexpr QLResult QL_DELETED_TAG = 6;      // the slot of this id is empty, tags may follow behind it
-inline constexpr QLResult QL_TIMEOUT = 9;          // no message within the time
-inline constexpr QLResult QL_WRONG_TYPE = 10;      // the tag's value cannot be given or taken in this form
-inline constexpr QLResult QL_NO_CHANNEL = 11;      // the channel is not one that OpenHistory gave
-inline constexpr QLResult QL_STORE_FAILURE = 12;   // the historical store refused; nothing of the block was stored
+inline constexpr QLResult QL_INVALID_ARGUMENT = 1;   // null pointer, wrong size word, value out of range
+inline constexpr QLResult QL_NO_CONNECTION = 2;      // the handle is not one that Connect gave
+inline constexpr QLResult QL_NO_RESOURCES = 3;       // no free handle or channel
+inline constexpr QLResult QL_NO_SUCH_TAG = 5;        // no tag of this name or id; past the last tag
+inline constexpr QLResult QL_DELETED_TAG = 6;        // the slot of this id is empty, tags may follow behind it
+inline constexpr QLResult QL_TIMEOUT = 9;            // no message within the time
+inline constexpr QLResult QL_WRONG_TYPE = 10;        // the tag's value cannot be given or taken in this form
+inline constexpr QLResult QL_NO_CHANNEL = 11;        // the channel is not one that OpenHistory gave
+inline constexpr QLResult QL_STORE_FAILURE = 12;     // the historical store refused; nothing of the block was stored
 inline constexpr QLResult QL_MESSAGES_LOST = 0x8000; // a message was delivered, but older ones were dropped before it
 
 inline constexpr std::size_t QL_MESSAGE_SIZE = 28;
@@ -68,17 +68,19 @@ public:
     virtual QLResult GetStationStatus(std::uint8_t handle, std::uint32_t& status) = 0;
     // 7: local station name into a buffer of QL_STATION_NAME_SIZE bytes. The five further arguments are 0.
     virtual QLResult GetStationName(std::uint8_t handle, char* buffer, int, int, int, int, int) = 0;
-    // 27: opens a connection under a name (any number may have the same one). The arguments behind the name are 1 and 0.
-    // The handle is never 0. It is also what CDriver::GetGateId gives: handles and gate ids are one number space.
+    // 27: opens a connection under a name (any number may have the same one). The arguments behind the name are 1 and
+    // 0. The handle is never 0. It is also what CDriver::GetGateId gives: handles and gate ids are one number space.
     virtual QLResult Connect(const char* name, int mode, int option, std::uint8_t& handle) = 0;
-    // 29: closes a connection: its channels close, its subscriptions end, a ReceiveMessage on it returns QL_NO_CONNECTION.
+    // 29: closes a connection: its channels close, its subscriptions end, a ReceiveMessage on it returns
+    // QL_NO_CONNECTION.
     virtual QLResult Disconnect(std::uint8_t handle) = 0;
-    // 35: waits for one message and copies it into a buffer of QL_MESSAGE_SIZE bytes. QL_OK and QL_MESSAGES_LOST come with a
-    // filled buffer, any other result leaves it alone. timeout in milliseconds, 0 polls.
+    // 35: waits for one message and copies it into a buffer of QL_MESSAGE_SIZE bytes. QL_OK and QL_MESSAGES_LOST come
+    // with a filled buffer, any other result leaves it alone. timeout in milliseconds, 0 polls.
     virtual QLResult ReceiveMessage(std::uint8_t handle, void* buffer, std::uint32_t timeout) = 0;
-    // 102: definition of the tag with this id. Ids of local tags are the dense numbers 0..n-1, so the same operation walks
-    // the tags by index: QL_DELETED_TAG for an empty slot, QL_NO_SUCH_TAG past the last one. The high 16 bits are the
-    // station, 0 and the local station's number both meaning this one. definition.size must be sizeof(TagDefinition).
+    // 102: definition of the tag with this id. Ids of local tags are the dense numbers 0..n-1, so the same operation
+    // walks the tags by index: QL_DELETED_TAG for an empty slot, QL_NO_SUCH_TAG past the last one. The high 16 bits are
+    // the station, 0 and the local station's number both meaning this one. definition.size must be
+    // sizeof(TagDefinition).
     virtual QLResult GetTagDefinition(std::uint8_t handle, std::uint32_t tagId, TagDefinition& definition) = 0;
     // 143: id, with the station number in its high 16 bits, of "NAME" or "STATION:NAME".
     virtual QLResult GetTagIdWithStation(std::uint8_t handle, const char* name, std::uint32_t& tagId) = 0;
@@ -86,10 +88,11 @@ public:
     virtual QLResult FlushHistory(std::uint32_t channel) = 0;
     // 216: closes the channel.
     virtual QLResult CloseHistory(std::uint32_t channel) = 0;
-    // 236: opens a channel into the historical store. mode 2 appends. The unnamed arguments are 0. The channel is never 0.
+    // 236: opens a channel into the historical store. mode 2 appends. The unnamed arguments are 0. The channel is never
+    // 0.
     virtual QLResult OpenHistory(std::uint8_t handle, int, int mode, int, int option, std::uint32_t& channel) = 0;
-    // 239: stores a block of records: all of them, durable, or none. word is -1 on entry and the index of the first record
-    // at fault after a failure that has one.
+    // 239: stores a block of records: all of them, durable, or none. word is -1 on entry and the index of the first
+    // record at fault after a failure that has one.
     virtual QLResult WriteHistory(std::uint32_t channel, int, std::uint32_t count, const VfiRecord* records,
                                   std::int16_t& word) = 0;
 
@@ -97,8 +100,8 @@ public:
     virtual QLResult RqGateMsg(std::uint8_t gate, int count, const std::uint32_t* tagIds, int mode) = 0;
     // 171: present value of a tag; kind is QL_VALUE_AS_DOUBLE, the last two arguments are 0.
     virtual QLResult GetTagValue(std::uint8_t gate, int kind, std::uint32_t tagId, double& value, int, int) = 0;
-    // 181: begins a walk over the tags: QL_NO_SUCH_TAG when there are none. first and count tell the range of ids; the last
-    // two arguments are 0.
+    // 181: begins a walk over the tags: QL_NO_SUCH_TAG when there are none. first and count tell the range of ids; the
+    // last two arguments are 0.
     virtual QLResult OpenTagEnumeration(std::uint8_t gate, std::uint32_t& first, std::uint32_t& count, int, int) = 0;
     // 527: id of a local tag, by its exact name.
     virtual QLResult GetTagIdByName(std::uint8_t gate, const char* name, std::uint32_t& tagId) = 0;

@@ -1,5 +1,5 @@
-// The kernel's description of one tag, 1468 bytes. The caller clears the record and sets size before each call; a call with
-// another size fails.
+// The kernel's description of one tag, 1468 bytes. The caller clears the record and sets size before each call; a call
+// with another size fails.
 #pragma once
 
 #include <cstddef>
@@ -11,15 +11,15 @@ inline constexpr std::uint16_t TAG_TYPE_TEXT = 4;
 inline constexpr std::uint16_t TAG_TYPE_DIGITAL = 6;
 
 struct TagDefinition {
-    std::uint16_t size;            // sizeof(TagDefinition)
-    char name[48];                 // NUL-terminated UTF-8
-    std::uint16_t type;            // TAG_TYPE_*
-    char description[128];         // NUL-terminated UTF-8
-    char unit[32];                 // NUL-terminated UTF-8
+    std::uint16_t size;    // sizeof(TagDefinition)
+    char name[48];         // NUL-terminated UTF-8
+    std::uint16_t type;    // TAG_TYPE_*
+    char description[128]; // NUL-terminated UTF-8
+    char unit[32];         // NUL-terminated UTF-8
     std::uint8_t reserved1[100];
-    std::uint32_t historyEnabled;  // not 0 when the kernel itself records the tag
+    std::uint32_t historyEnabled; // not 0 when the kernel itself records the tag
     std::uint8_t reserved2[388];
-    std::uint8_t flags;            // TAG_FLAG_*
+    std::uint8_t flags; // TAG_FLAG_*
     std::uint8_t reserved3[763];
 };
 

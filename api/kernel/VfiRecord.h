@@ -1,5 +1,5 @@
-// The record that goes into the historical store. Its layout is fixed: 276 bytes, little-endian, no padding; a block is one
-// contiguous array. The double is not aligned: use the accessors.
+// The record that goes into the historical store. Its layout is fixed: 276 bytes, little-endian, no padding; a block is
+// one contiguous array. The double is not aligned: use the accessors.
 #pragma once
 
 #include <cstddef>
@@ -22,8 +22,10 @@ struct VfiRecord {
 #pragma pack(pop)
 
 static_assert(sizeof(VfiRecord) == 276);
-static_assert(offsetof(VfiRecord, tagId) == 0 && offsetof(VfiRecord, time) == 4 && offsetof(VfiRecord, milliseconds) == 8);
-static_assert(offsetof(VfiRecord, valueType) == 10 && offsetof(VfiRecord, value) == 12 && offsetof(VfiRecord, text) == 20);
+static_assert(offsetof(VfiRecord, tagId) == 0 && offsetof(VfiRecord, time) == 4 &&
+              offsetof(VfiRecord, milliseconds) == 8);
+static_assert(offsetof(VfiRecord, valueType) == 10 && offsetof(VfiRecord, value) == 12 &&
+              offsetof(VfiRecord, text) == 20);
 
 inline double VfiValue(const VfiRecord& record) {
     double value;
