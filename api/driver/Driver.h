@@ -10,6 +10,7 @@
 class CTagList;
 class IAlarmConfig;
 class IBacnetIdentity;
+class IHistoryObserver;
 class IQLProgramCore;
 class ISystemAlarmDefinitions;
 class IUserAccess;
@@ -41,4 +42,7 @@ public:
     virtual int GetTransferChunk() = 0;
     // The kernel that the driver is connected to.
     virtual IQLProgramCore& GetKernel() = 0;
+    // Receives the history transfer's status at its start, with every object, with every error and at its end; null for
+    // nobody.
+    virtual IHistoryObserver* GetHistoryObserver() { return nullptr; }
 };
