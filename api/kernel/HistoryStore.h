@@ -40,8 +40,9 @@ public:
 
     // Stores the block in one transaction, durable before it returns true. False: nothing of the block is stored, error
     // says why. NaN, infinities and text that is not UTF-8 are data and come back as they were given. A record is at
-    // fault when its valueType is neither VFI_NUMBER nor VFI_TEXT, its milliseconds exceed 999, or its text has no NUL.
-    // An empty block is stored at once.
+    // fault when its valueType is neither VFI_NUMBER nor VFI_TEXT, its milliseconds exceed 999, or it is a text without
+    // a NUL. A number is stored without its text, a text with its value: the value carries the bit of a text's status
+    // records. An empty block is stored at once.
     virtual bool Write(std::span<const VfiRecord> records, HistoryError& error) = 0;
     // Makes everything written durable (Write already has); false when the medium fails.
     virtual bool Flush(HistoryError& error) = 0;
