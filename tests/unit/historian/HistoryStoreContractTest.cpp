@@ -1,6 +1,7 @@
 // What every historical store has to do, run against each of them.
 #include "platform/historian/HistoryRecords.h"
 #include "platform/historian/MemoryHistoryStore.h"
+#include "platform/historian/SqliteHistoryStore.h"
 #include "tests/unit/historian/HistoryTestSupport.h"
 
 #include <atomic>
@@ -21,6 +22,13 @@ struct Implementation {
 
 std::unique_ptr<HistoryStore> MakeMemory(const TemporaryFolder&) {
     return std::make_unique<MemoryHistoryStore>();
+}
+
+std::unique_ptr<HistoryStore> MakeSqlite(const TemporaryFolder& folder) {
+    HistoryError error;
+    auto store = SqliteHistoryStore::Open(folder / "history.db", {}, error);
+    EXPECT_TRUE(store) << error.text;
+    return store;
 }
 
 class HistoryStoreContract : public testing::TestWithParam<Implementation> {
@@ -50,7 +58,8 @@ protected:
     std::unique_ptr<HistoryStore> m_store = GetParam().make(m_folder);
 };
 
-INSTANTIATE_TEST_SUITE_P(Stores, HistoryStoreContract, testing::Values(Implementation{"Memory", MakeMemory}),
+INSTANTIATE_TEST_SUITE_P(Stores, HistoryStoreContract,
+                         testing::Values(Implementation{"Memory", MakeMemory}, Implementation{"Sqlite", MakeSqlite}),
                          [](const auto& implementation) { return implementation.param.name; });
 
 } // namespace
