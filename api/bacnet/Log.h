@@ -15,6 +15,8 @@ BCN_API void LogDebugInfo(const char* format, ...) BCN_PRINTF(1, 2);
 // The object behind them. Until a folder is given lines are kept in memory (a bounded number) and written then.
 class BCN_API CQilBAC_ErrLog {
 public:
+    // What is written: trace everything; normal debug lines to the online log only; info no debug lines; low info
+    // errors only.
     enum LEVEL : unsigned { LEVEL_TRACE = 0, LEVEL_NORMAL = 1, LEVEL_INFO = 2, LEVEL_LOW_INFO = 3 };
     enum KIND : unsigned { KIND_INFORMATION, KIND_ERROR, KIND_DEBUG };
 
@@ -40,7 +42,9 @@ public:
     void EnableLog(bool enable);
     void EnableHisLog(bool enable);
     void SetLevel(LEVEL level); // a value out of range is clamped
+    // Categories that are written: bit 0 information, bit 1 errors, bit 2 debug lines; the other bits have no lines.
     void SetFilter(unsigned short filter);
+    // Limits below 1 count as 1.
     void SetLogSizeLimit(bool limited, int megabytes);
     void SetHisLogSizeLimit(bool limited, int megabytes);
     void SetHisLogSessionLimit(bool limited, int sessions);
