@@ -1,0 +1,128 @@
+// The network layer of a station (ANSI/ASHRAE 135 clause 6): turns addresses of the contract into a port and a MAC,
+// finds routers, and hands APDUs up with their source. It has no thread; whoever receives from a port calls OnNpdu. It
+// does not route between its ports.
+//
+// All functions may be called by any thread at any time once the ports are added. No lock is held while sending, while
+// calling the user, or over a wait.
+#pragma once
+
+#include "api/bacnet/Types.h"
+#include "platform/stack/network/Npdu.h"
+#include "platform/stack/network/RouterTable.h"
+#include "platform/stack/transport/DataLink.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <shared_mutex>
+#include <span>
+#include <vector>
+
+namespace bacnet {
+
+// A station as seen from here: the port, the next hop on it, and the final station when that is behind a router.
+struct Station {
+    std::uint8_t Port = 0;
+    std::uint16_t Network = 0; // 0: on the port's own network
+    MacAddress Mac;            // on the port: the station, or the router to it
+    MacAddress Remote;         // on Network; empty when Network is 0
+    friend bool operator==(const Station&, const Station&) = default;
+};
+
+// An APDU that came. Octets are valid until the call returns.
+struct ApduIndication {
+    Station Source;
+    bool Broadcast = false;
+    bool ExpectingReply = false;
+    std::span<const std::uint8_t> Apdu;
+};
+
+class IApduUser {
+public:
+    virtual ~IApduUser() = default;
+    // On the thread that received; must not block.
+    virtual void OnApdu(const ApduIndication& indication) = 0;
+};
+
+struct NetworkCounters {
+    std::atomic<std::uint64_t> Malformed{0}; // not an NPDU
+    std::atomic<std::uint64_t> NotForUs{0};  // for another network, or a source that no address can hold
+    std::atomic<std::uint64_t> Rejected{0};  // Reject-Message-To-Network
+    std::atomic<std::uint64_t> SendFailures{0};
+};
+
+class NetworkLayer {
+public:
+    enum class Route : std::uint8_t {
+        found,
+        unknown_router, // the network is known to nobody yet: AskForRouter, WaitForRoute
+        invalid,        // not an address of a station: no such port, length out of range, a broadcast
+    };
+
+    NetworkLayer() = default;
+    NetworkLayer(const NetworkLayer&) = delete;
+    NetworkLayer& operator=(const NetworkLayer&) = delete;
+
+    // Before anything else, on one thread. Ports are numbered from 0 in the order added, at most 255. The link is
+    // borrowed and must outlive this object. network is the number that local addresses on this port carry in the
+    // contract's Network field with Remote 0, and that is taken as directly connected; 0 when there is one port or no
+    // number.
+    std::uint8_t AddPort(IDataLink& link, std::uint16_t network = 0);
+    void SetUser(IApduUser* user) { m_user = user; }
+    std::size_t PortCount() const { return m_ports.size(); }
+    IDataLink& Link(std::uint8_t port) const { return *m_ports[port].Link; }
+
+    // Address of the contract to station. A local address (Remote 0) with network 0 is on the first port whose number
+    // is 0, or on the first port; a remote address on a directly connected network is local there.
+    Route Resolve(const BACSTAC_ADDRESS& address, Station& station) const;
+    // And back; false when the MAC is longer than the contract's 7 octets.
+    bool ToAddress(const Station& station, BACSTAC_ADDRESS& address) const;
+
+    // The frame holds the APDU and gets all headers. False: the system refused.
+    bool Send(const Station& destination, Frame& apdu, bool expectingReply);
+    // As Send, without sending: the headers of the network layer only, for IDataLink::SendMany.
+    bool Prepare(const Station& destination, Frame& apdu, bool expectingReply, OutgoingNpdu& outgoing);
+    // destination is a broadcast of the contract (MacLength 0): local (network 0: on each port), one network, or all. A
+    // network whose router is unknown is asked through a broadcast on each port. True when one port at least sent.
+    bool SendBroadcast(const BACSTAC_ADDRESS& destination, Frame& apdu);
+    // The longest APDU that fits to this station.
+    std::size_t MaxApdu(const Station& station) const;
+
+    // Sends Who-Is-Router-To-Network on each port; no more than one a second for each network, others do nothing.
+    void AskForRouter(std::uint16_t network, std::int64_t nowMs);
+    // Waits until a router to the network is known, at most this long. False when none is.
+    bool WaitForRoute(std::uint16_t network, std::int64_t timeoutMs);
+    std::vector<RouterEntry> Routers() const;
+
+    // What a port has received.
+    void OnNpdu(std::uint8_t port, const ReceivedNpdu& received);
+
+    const NetworkCounters& Counters() const { return m_counters; }
+
+private:
+    struct Port {
+        IDataLink* Link = nullptr;
+        std::uint16_t Network = 0;
+    };
+
+    bool IsConnected(std::uint16_t network) const;
+    bool SendOn(std::uint8_t port, const MacAddress& mac, Frame& npdu);
+    void OnNetworkMessage(std::uint8_t port, const ReceivedNpdu& received, const Npdu& npdu);
+    void LearnRoute(std::uint16_t network, std::uint8_t port, const MacAddress& router);
+
+    std::vector<Port> m_ports; // constant after AddPort
+    IApduUser* m_user = nullptr;
+    NetworkCounters m_counters;
+
+    mutable std::shared_mutex m_routesMutex;
+    RouterTable m_routes;                          // m_routesMutex
+    std::map<std::uint16_t, std::int64_t> m_asked; // m_routesMutex: when a router to the network was asked for last
+
+    // Signalled at each change of m_routes.
+    std::mutex m_changeMutex;
+    std::condition_variable m_change;
+};
+
+} // namespace bacnet

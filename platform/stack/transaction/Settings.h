@@ -1,0 +1,24 @@
+// Times and limits of the transaction layer. Milliseconds unless said otherwise.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace bacnet {
+
+struct TransactionSettings {
+    std::uint32_t TimeoutMs = 3000;         // APDU timeout of one attempt
+    std::uint8_t Retries = 3;               // attempts after the first
+    std::uint32_t SegmentTimeoutMs = 2000;  // a segmented answer has stopped after four times this (clause 5.4.4.3)
+    std::uint32_t AnswerTimeoutMs = 300000; // longest life of a segmented answer as a whole
+    std::uint8_t WindowSize = 32;           // segments that we take between two acknowledgements, 1..127
+    std::uint32_t RouterWaitMs = 3000;      // for an answer to Who-Is-Router-To-Network
+    // An invoke id whose request was sent more than once, or never answered, rests this long before it is used again,
+    // so that a late answer finds nobody.
+    std::uint32_t IdRestMs = 12000;
+    // A thread for each port that receives when no caller does. Only tests that drive everything from one thread go
+    // without.
+    bool BackgroundThread = true;
+};
+
+} // namespace bacnet

@@ -1,0 +1,74 @@
+// BACnet/IP (ANSI/ASHRAE 135 annex J) as a data link: one UDP socket bound to an address of this machine, and on Linux
+// a second one bound to the network's broadcast address, since a socket that is bound to one address receives no
+// broadcasts there. Every process and port of a machine may have that second socket; each gets its copy.
+//
+// Speaks original unicast, original broadcast and forwarded NPDU. Functions that only a broadcast management device
+// serves are answered with the NAK of annex J.2.
+#pragma once
+
+#include "platform/stack/transport/Bvll.h"
+#include "platform/stack/transport/DataLink.h"
+#include "platform/stack/transport/UdpSocket.h"
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace bacnet {
+
+struct BipSettings {
+    std::uint32_t Ip = 0; // of this machine; 0: all of its addresses
+    std::uint16_t Port = BACNET_IP_PORT;
+    std::uint32_t BroadcastIp = 0;       // 0: taken from the machine's network settings
+    int ReceiveBuffer = 4 * 1024 * 1024; // octets, best effort
+};
+
+// What came and was not used. Written by the receiving threads, read by anybody.
+struct BipCounters {
+    std::atomic<std::uint64_t> Malformed{0}; // not a BVLL frame
+    std::atomic<std::uint64_t> Truncated{0}; // longer than any frame of the standard
+    std::atomic<std::uint64_t> Own{0};       // our own broadcasts
+    std::atomic<std::uint64_t> Unserved{0};  // functions that this port does not serve
+    std::atomic<std::uint64_t> Results{0};   // BVLC-Result other than success
+};
+
+class BipPort final : public IDataLink {
+public:
+    BipPort();
+    ~BipPort() override;
+
+    // Empty text on success, otherwise the reason. Once in a life.
+    std::string Open(const BipSettings& settings);
+
+    BipAddress LocalAddress() const { return m_local; }         // Ip 0 when bound to all addresses
+    BipAddress BroadcastAddress() const { return m_broadcast; } // where broadcasts go
+    const BipCounters& Counters() const { return m_counters; }
+
+    bool Send(const MacAddress& destination, Frame& npdu) override;
+    bool Broadcast(Frame& npdu) override;
+    std::size_t SendMany(std::span<OutgoingNpdu> frames) override;
+    std::size_t ReceiveDirected(NpduBatch& batch, std::size_t limit, Wait wait) override;
+    std::size_t ReceiveBroadcasts(NpduBatch& batch) override;
+    unsigned WaitReadable(unsigned sources, int timeoutMs) override;
+    void Interrupt() override;
+    std::size_t IdentityLength(const MacAddress& station) const override;
+    std::size_t MaxNpdu() const override { return 1497; }
+
+private:
+    void Take(const DatagramBatch& datagrams, NpduBatch& batch);
+    void TakeOne(std::span<const std::uint8_t> datagram, const BipAddress& from, NpduBatch& batch);
+    bool IsOwn(const BipAddress& address) const;
+
+    UdpSocket m_directed;
+    UdpSocket m_broadcasts; // closed where one socket receives all
+    SocketWaiter m_waiter;
+    DatagramBatch m_directedBatch;
+    DatagramBatch m_broadcastBatch;
+    BipAddress m_local;
+    BipAddress m_broadcast;
+    std::vector<std::uint32_t> m_ownIps; // all addresses of this machine, when bound to all
+    BipCounters m_counters;
+};
+
+} // namespace bacnet
