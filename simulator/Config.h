@@ -1,0 +1,96 @@
+// What a simulation consists of, as plain data: made by hand in tests, by counts (Generate.h) or from a file
+// (ConfigFile.h), and given to a Simulator.
+#pragma once
+
+#include "platform/stack/services/ServiceChoice.h"
+#include "simulator/model/Fault.h"
+#include "simulator/model/LogRecord.h"
+#include "simulator/model/RecordGenerator.h"
+#include "simulator/model/Value.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace sim {
+
+// Trend log and trend-log-multiple. The buffer holds at first the last Capacity of Generated records, then Records.
+struct LogConfig {
+    std::uint32_t Capacity = 1000;
+    std::uint32_t InitialTotal = 0; // records that were logged and lost before; raises the sequence numbers
+    bool Enabled = true;
+    bool StopWhenFull = false;
+    std::vector<BACSTAC_DEV_OBJ_PROP_REF> References; // what is logged; one for a trend log
+    std::optional<GeneratorConfig> Generator;         // also of the records that a running simulation adds
+    std::uint64_t Generated = 0;
+    std::vector<LogRecord> Records;
+};
+
+// The standard properties of the type come by themselves; Properties adds to them or overrides them.
+struct ObjectConfig {
+    BACSTAC_OBJECT_ID Id{};
+    std::string Name; // UTF-8; empty: made of type and instance
+    std::string Description;
+    bool IntrinsicReporting = false; // analog objects: limits, event enable and the rest, some 25 properties in all
+    std::vector<std::pair<BACSTAC_PROPERTY_ID, Value>> Properties;
+    std::optional<LogConfig> Log; // types 20 and 27; without it such an object has an empty buffer
+};
+
+// Which forms of ReadRange by time a device understands.
+enum class ByTimeForms : std::uint8_t {
+    byRevision, // from protocol revision 4 on the present one, before it that of the 2001 standard
+    both,
+};
+
+struct DeviceConfig {
+    std::uint32_t Instance = 1; // at most 4194302
+    std::string Name;           // empty: made of the instance
+    std::string Description;
+    std::uint32_t VendorId = 999;
+    std::uint32_t ProtocolRevision = 14;
+    std::uint32_t MaxApdu = 1476; // 50 to 1476; what the device sends, too, is no longer
+    bacnet::Segmentation Segmentation = bacnet::Segmentation::transmit;
+    std::uint8_t WindowSize = 16;          // of segmented answers, proposed; 1 to 127
+    std::uint32_t SegmentTimeoutMs = 2000; // waiting for a SegmentACK
+    std::uint32_t SegmentRetries = 3;
+    ByTimeForms ByTime = ByTimeForms::byRevision;
+    std::vector<bacnet::ConfirmedService> LacksServices; // known to the simulator but not to this device
+
+    std::uint32_t Ip = 0;   // 127.x.y.z as a number; not for devices behind a router
+    std::uint16_t Port = 0; // 0: the simulation's
+    std::uint8_t Mac = 0;   // of a device behind a router
+
+    std::vector<ObjectConfig> Objects; // without the device object
+    std::vector<Fault> Faults;
+};
+
+struct NetworkConfig {
+    std::uint16_t Number = 1; // 1 to 65534
+    std::vector<DeviceConfig> Devices;
+};
+
+// A router between the IP network and networks of one-octet addresses, all simulated.
+struct RouterConfig {
+    std::uint32_t Ip = 0;
+    std::uint16_t Port = 0; // 0: the simulation's
+    std::vector<NetworkConfig> Networks;
+};
+
+// Where I-Am goes in answer to a broadcast Who-Is; one that came to a device alone is answered to the asker.
+enum class IAmMode : std::uint8_t { broadcast, unicast };
+
+struct SimulatorConfig {
+    std::uint16_t Port = 47808;
+    std::uint32_t BroadcastIp = 0x7FFFFFFF; // 127.255.255.255, the broadcast address of the loopback network
+    unsigned Threads = 1;
+    IAmMode IAm = IAmMode::broadcast;
+    std::uint32_t AppendEveryMs = 0;  // every log's generator adds one record; 0: never
+    std::function<LocalTime()> Clock; // of all devices; empty: the machine's. Called on any thread
+    std::vector<DeviceConfig> Devices;
+    std::vector<RouterConfig> Routers;
+};
+
+} // namespace sim

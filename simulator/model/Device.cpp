@@ -1,0 +1,205 @@
+#include "simulator/model/Device.h"
+
+#include "simulator/model/DeviceObject.h"
+#include "simulator/model/StandardObjects.h"
+
+#include <algorithm>
+
+namespace sim {
+
+Stats& Stats::operator+=(const Stats& other) {
+    for (std::size_t i = 0; i < Values.size(); ++i)
+        Values[i] += other.Values[i];
+    return *this;
+}
+
+Device::Device(const DeviceConfig& config, std::function<LocalTime()> clock)
+    : m_config(config), m_clock(std::move(clock)) {
+    m_config.Objects.clear();
+    m_config.Objects.shrink_to_fit();
+    m_config.Faults.clear();
+    if (m_config.Name.empty())
+        m_config.Name = "Device " + std::to_string(m_config.Instance);
+    m_faults.Set(config.Faults);
+
+    auto device = std::make_unique<DeviceObject>(
+        Id(), m_clock, [this]() -> const std::vector<BACSTAC_OBJECT_ID>& { return m_objectList; });
+    AddDeviceProperties(m_config, *device);
+    Insert(std::move(device));
+    m_objects.reserve(config.Objects.size() + 1);
+    for (const ObjectConfig& object : config.Objects) {
+        if (object.Id == Id()) {
+            // Properties given for the device object itself.
+            for (const auto& [property, value] : object.Properties)
+                Find(Id())->Set(property, value);
+        } else {
+            Insert(MakeObject(object));
+        }
+    }
+}
+
+Device::~Device() = default;
+
+bool Device::Insert(std::unique_ptr<Object> object) {
+    const std::uint32_t key = KeyOf(object->Id());
+    const auto at = std::lower_bound(m_objects.begin(), m_objects.end(), key,
+                                     [](const Entry& entry, std::uint32_t k) { return entry.Key < k; });
+    if (at != m_objects.end() && at->Key == key)
+        return false;
+    if (m_config.ProtocolRevision >= REVISION_PROPERTY_LIST)
+        object->ShowPropertyList();
+    m_objectList.push_back(object->Id());
+    m_objects.insert(at, {key, std::move(object)});
+    return true;
+}
+
+void Device::NoteChange() {
+    Find(Id())->Set(PROP_DATABASE_REVISION, Value::Unsigned(++m_databaseRevision));
+}
+
+Object* Device::Find(BACSTAC_OBJECT_ID id) const {
+    if (id.Type == OBJ_DEVICE && id.Instance == BACSTAC_MAX_INSTANCE)
+        id.Instance = m_config.Instance;
+    const std::uint32_t key = KeyOf(id);
+    const auto at = std::lower_bound(m_objects.begin(), m_objects.end(), key,
+                                     [](const Entry& entry, std::uint32_t k) { return entry.Key < k; });
+    return at != m_objects.end() && at->Key == key ? at->Content.get() : nullptr;
+}
+
+LogObject* Device::FindLog(BACSTAC_OBJECT_ID id) const {
+    Object* object = Find(id);
+    return object == nullptr ? nullptr : object->AsLog();
+}
+
+void Device::SetFaults(std::vector<Fault> faults) {
+    const auto lock = Lock();
+    m_faults.Set(std::move(faults));
+}
+
+bool Device::AddObject(const ObjectConfig& config) {
+    std::unique_ptr<Object> object = MakeObject(config);
+    const auto lock = Lock();
+    if (!Insert(std::move(object)))
+        return false;
+    NoteChange();
+    return true;
+}
+
+bool Device::RemoveObject(BACSTAC_OBJECT_ID id) {
+    const auto lock = Lock();
+    if (id == Id() || Find(id) == nullptr)
+        return false;
+    std::erase_if(m_objects, [&](const Entry& entry) { return entry.Key == KeyOf(id); });
+    std::erase(m_objectList, id);
+    NoteChange();
+    return true;
+}
+
+bool Device::SetProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property, Value value) {
+    const auto lock = Lock();
+    Object* object = Find(id);
+    if (object == nullptr)
+        return false;
+    object->Set(property, std::move(value));
+    return true;
+}
+
+bool Device::RemoveProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property) {
+    const auto lock = Lock();
+    Object* object = Find(id);
+    if (object == nullptr || object->Find(property) == nullptr)
+        return false;
+    object->Remove(property);
+    return true;
+}
+
+std::optional<Value> Device::GetProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property) const {
+    const auto lock = Lock();
+    const Object* object = Find(id);
+    const Value* value = object == nullptr ? nullptr : object->Find(property);
+    return value == nullptr ? std::nullopt : std::optional(*value);
+}
+
+std::vector<BACSTAC_OBJECT_ID> Device::ObjectList() const {
+    const auto lock = Lock();
+    return m_objectList;
+}
+
+bool Device::Append(BACSTAC_OBJECT_ID log, LogRecord record) {
+    const auto lock = Lock();
+    LogObject* object = FindLog(log);
+    return object != nullptr && object->Append(std::move(record));
+}
+
+bool Device::Generate(BACSTAC_OBJECT_ID log, std::uint64_t count) {
+    const auto lock = Lock();
+    LogObject* object = FindLog(log);
+    return object != nullptr && object->Generate(count);
+}
+
+void Device::GenerateAll(std::uint64_t count) {
+    const auto lock = Lock();
+    for (const Entry& entry : m_objects)
+        if (LogObject* log = entry.Content->AsLog())
+            log->Generate(count);
+}
+
+bool Device::SetLogEnabled(BACSTAC_OBJECT_ID log, bool enabled) {
+    const auto lock = Lock();
+    LogObject* object = FindLog(log);
+    if (object == nullptr)
+        return false;
+    object->SetEnabled(enabled, m_clock());
+    return true;
+}
+
+bool Device::PurgeLog(BACSTAC_OBJECT_ID log) {
+    const auto lock = Lock();
+    LogObject* object = FindLog(log);
+    if (object == nullptr)
+        return false;
+    object->Purge(m_clock());
+    return true;
+}
+
+std::vector<LogRecord> Device::Records(BACSTAC_OBJECT_ID log) const {
+    const auto lock = Lock();
+    std::vector<LogRecord> records;
+    const LogObject* object = FindLog(log);
+    if (object == nullptr)
+        return records;
+    const LogBuffer& buffer = object->Buffer();
+    records.reserve(buffer.Count());
+    LogRecord scratch;
+    for (std::uint64_t i = buffer.Begin(); i != buffer.End(); ++i)
+        records.push_back(buffer.At(i, scratch));
+    return records;
+}
+
+std::optional<std::uint32_t> Device::TotalRecordCount(BACSTAC_OBJECT_ID log) const {
+    const auto lock = Lock();
+    const LogObject* object = FindLog(log);
+    return object == nullptr ? std::nullopt : std::optional(object->Buffer().TotalRecordCount());
+}
+
+Stats Device::GetStats() const {
+    Stats stats;
+    for (std::size_t i = 0; i < stats.Values.size(); ++i)
+        stats.Values[i] = m_counters[i].load(std::memory_order_relaxed);
+    return stats;
+}
+
+bool Device::Offers(bacnet::ConfirmedService service) const {
+    const auto& lacks = m_config.LacksServices;
+    return std::find(lacks.begin(), lacks.end(), service) == lacks.end();
+}
+
+bool Device::AcceptsByTime() const {
+    return m_config.ByTime == ByTimeForms::both || m_config.ProtocolRevision >= REVISION_BY_TIME;
+}
+
+bool Device::AcceptsByTime2001() const {
+    return m_config.ByTime == ByTimeForms::both || m_config.ProtocolRevision < REVISION_BY_TIME;
+}
+
+} // namespace sim

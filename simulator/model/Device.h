@@ -1,0 +1,117 @@
+// One simulated device: its objects, its faults and its counters. What is public under "Any thread" may be called at
+// any time, also while the simulation runs; the rest belongs to the server, which holds Lock while it answers.
+#pragma once
+
+#include "simulator/Config.h"
+#include "simulator/model/LogObject.h"
+
+#include <array>
+#include <atomic>
+#include <memory>
+#include <mutex>
+
+namespace sim {
+
+class DeviceObject;
+
+enum class Counter : std::uint8_t {
+    readProperty, // requests
+    readPropertyMultiple,
+    readRange,
+    otherService,
+    whoIs,   // that asked for this device
+    answers, // sent, of any kind; a segmented one counts once
+    errors,
+    rejects,
+    aborts,
+    segments,    // sent, repeated ones included
+    segmentAcks, // received
+    withheld,    // answers that a fault kept back for good
+    count,
+};
+
+// A snapshot of counters, of one device or of many.
+struct Stats {
+    std::array<std::uint64_t, static_cast<std::size_t>(Counter::count)> Values{};
+
+    std::uint64_t operator[](Counter counter) const { return Values[static_cast<std::size_t>(counter)]; }
+    std::uint64_t Requests() const {
+        return (*this)[Counter::readProperty] + (*this)[Counter::readPropertyMultiple] + (*this)[Counter::readRange] +
+               (*this)[Counter::otherService];
+    }
+    Stats& operator+=(const Stats& other);
+};
+
+class Device {
+public:
+    // clock has to be callable on any thread for as long as the device lives.
+    Device(const DeviceConfig& config, std::function<LocalTime()> clock);
+    ~Device();
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+
+    // ---- Any thread
+
+    // Without objects, and without faults: those are the device's own and change.
+    const DeviceConfig& Config() const { return m_config; }
+    std::uint32_t Instance() const { return m_config.Instance; }
+    BACSTAC_OBJECT_ID Id() const { return {OBJ_DEVICE, m_config.Instance}; }
+
+    void SetFaults(std::vector<Fault> faults);
+    void SetFault(const Fault& fault) { SetFaults({fault}); }
+    void ClearFaults() { SetFaults({}); }
+
+    // False where the object is missing (or present already, for AddObject; or no log, for the log functions).
+    bool AddObject(const ObjectConfig& config);
+    bool RemoveObject(BACSTAC_OBJECT_ID id);
+    bool SetProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property, Value value);
+    bool RemoveProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property);
+    std::optional<Value> GetProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property) const; // stored ones
+    std::vector<BACSTAC_OBJECT_ID> ObjectList() const; // the device object first
+
+    bool Append(BACSTAC_OBJECT_ID log, LogRecord record);
+    bool Generate(BACSTAC_OBJECT_ID log, std::uint64_t count);
+    void GenerateAll(std::uint64_t count); // in every enabled log that has a generator
+    bool SetLogEnabled(BACSTAC_OBJECT_ID log, bool enabled);
+    bool PurgeLog(BACSTAC_OBJECT_ID log);
+    std::vector<LogRecord> Records(BACSTAC_OBJECT_ID log) const; // those in the buffer, oldest first
+    std::optional<std::uint32_t> TotalRecordCount(BACSTAC_OBJECT_ID log) const;
+
+    Stats GetStats() const;
+
+    // ---- The server
+
+    std::unique_lock<std::mutex> Lock() const { return std::unique_lock(m_mutex); }
+    // Null when there is none. The device object is also found as device 4194303, "whichever".
+    Object* Find(BACSTAC_OBJECT_ID id) const;
+    const FaultList& Faults() const { return m_faults; }
+    FaultList& Faults() { return m_faults; }
+    void Count(Counter counter) {
+        m_counters[static_cast<std::size_t>(counter)].fetch_add(1, std::memory_order_relaxed);
+    }
+    bool Offers(bacnet::ConfirmedService service) const;
+    bool AcceptsByTime() const;
+    bool AcceptsByTime2001() const;
+
+private:
+    static std::uint32_t KeyOf(BACSTAC_OBJECT_ID id) { return id.Type << 22 | (id.Instance & BACSTAC_MAX_INSTANCE); }
+    LogObject* FindLog(BACSTAC_OBJECT_ID id) const;
+    bool Insert(std::unique_ptr<Object> object);
+    void NoteChange(); // of the object list: Database_Revision
+
+    struct Entry {
+        std::uint32_t Key;
+        std::unique_ptr<Object> Content;
+    };
+
+    DeviceConfig m_config;
+    std::function<LocalTime()> m_clock;
+    mutable std::mutex m_mutex;                  // of all below but the counters
+    std::vector<Entry> m_objects;                // sorted by key
+    std::vector<BACSTAC_OBJECT_ID> m_objectList; // as they were added
+    std::uint32_t m_databaseRevision = 1;
+    FaultList m_faults;
+    std::array<std::atomic<std::uint64_t>, static_cast<std::size_t>(Counter::count)> m_counters{};
+};
+
+} // namespace sim

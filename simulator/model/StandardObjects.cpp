@@ -1,0 +1,233 @@
+#include "simulator/model/StandardObjects.h"
+
+#include "simulator/model/LogObject.h"
+
+#include <algorithm>
+
+namespace sim {
+
+namespace {
+
+constexpr std::uint32_t UNITS_DEGREES_CELSIUS = 62;
+constexpr std::uint32_t UNITS_PERCENT = 98;
+constexpr std::uint32_t LOGGING_POLLED = 0;
+constexpr unsigned SERVICES = 40; // bits of Protocol_Services_Supported as of revision 14
+constexpr unsigned OBJECT_TYPES = 55;
+
+struct TypeName {
+    BACSTAC_OBJECT_TYPE Type;
+    const char* Name;
+};
+
+constexpr TypeName TYPE_NAMES[] = {
+    {OBJ_ANALOG_INPUT, "Analog Input"},
+    {OBJ_ANALOG_OUTPUT, "Analog Output"},
+    {OBJ_ANALOG_VALUE, "Analog Value"},
+    {OBJ_BINARY_INPUT, "Binary Input"},
+    {OBJ_BINARY_OUTPUT, "Binary Output"},
+    {OBJ_BINARY_VALUE, "Binary Value"},
+    {OBJ_MULTI_STATE_INPUT, "Multi-state Input"},
+    {OBJ_MULTI_STATE_OUTPUT, "Multi-state Output"},
+    {OBJ_MULTI_STATE_VALUE, "Multi-state Value"},
+    {OBJ_TREND_LOG, "Trend Log"},
+    {OBJ_TREND_LOG_MULTIPLE, "Trend Log Multiple"},
+};
+
+bool IsAnalog(BACSTAC_OBJECT_TYPE type) {
+    return type <= OBJ_ANALOG_VALUE;
+}
+bool IsBinary(BACSTAC_OBJECT_TYPE type) {
+    return type >= OBJ_BINARY_INPUT && type <= OBJ_BINARY_VALUE;
+}
+bool IsMultiState(BACSTAC_OBJECT_TYPE type) {
+    return type == OBJ_MULTI_STATE_INPUT || type == OBJ_MULTI_STATE_OUTPUT || type == OBJ_MULTI_STATE_VALUE;
+}
+bool IsOutput(BACSTAC_OBJECT_TYPE type) {
+    return type == OBJ_ANALOG_OUTPUT || type == OBJ_BINARY_OUTPUT || type == OBJ_MULTI_STATE_OUTPUT;
+}
+
+Value NoFlags() {
+    return Value::BitString(4, {});
+}
+
+// What inputs, outputs and values have in common.
+void AddState(Object& object) {
+    object.Set(PROP_STATUS_FLAGS, NoFlags());
+    object.Set(PROP_EVENT_STATE, Value::Enumerated(0));
+    object.Set(PROP_RELIABILITY, Value::Enumerated(0));
+    object.Set(PROP_OUT_OF_SERVICE, Value::Boolean(false));
+}
+
+void AddPriorities(Object& object, const Value& relinquishDefault) {
+    const std::vector<Value> priorities(16, Value::Null());
+    object.Set(PROP_PRIORITY_ARRAY, Value::Array(priorities));
+    object.Set(PROP_RELINQUISH_DEFAULT, relinquishDefault);
+}
+
+void AddAnalog(Object& object) {
+    const BACSTAC_OBJECT_ID id = object.Id();
+    object.Set(PROP_PRESENT_VALUE, Value::Real(20.0F + static_cast<float>(id.Instance % 100) * 0.25F));
+    AddState(object);
+    object.Set(PROP_UNITS, Value::Enumerated(IsOutput(id.Type) ? UNITS_PERCENT : UNITS_DEGREES_CELSIUS));
+    if (IsOutput(id.Type))
+        AddPriorities(object, Value::Real(0.0F));
+}
+
+void AddIntrinsicReporting(Object& object) {
+    if (object.Id().Type == OBJ_ANALOG_INPUT) {
+        object.Set(PROP_DEVICE_TYPE, Value::String("Pt1000"));
+        object.Set(PROP_UPDATE_INTERVAL, Value::Unsigned(100));
+    }
+    object.Set(PROP_MIN_PRES_VALUE, Value::Real(-50.0F));
+    object.Set(PROP_MAX_PRES_VALUE, Value::Real(150.0F));
+    object.Set(PROP_RESOLUTION, Value::Real(0.1F));
+    object.Set(PROP_COV_INCREMENT, Value::Real(0.5F));
+    object.Set(PROP_TIME_DELAY, Value::Unsigned(10));
+    object.Set(PROP_NOTIFICATION_CLASS, Value::Unsigned(1));
+    object.Set(PROP_HIGH_LIMIT, Value::Real(60.0F));
+    object.Set(PROP_LOW_LIMIT, Value::Real(5.0F));
+    object.Set(PROP_DEADBAND, Value::Real(1.0F));
+    object.Set(PROP_LIMIT_ENABLE, Value::BitString(2, {0, 1}));
+    object.Set(PROP_EVENT_ENABLE, Value::BitString(3, {0, 1, 2}));
+    object.Set(PROP_ACKED_TRANSITIONS, Value::BitString(3, {0, 1, 2}));
+    object.Set(PROP_NOTIFY_TYPE, Value::Enumerated(0));
+}
+
+void AddBinary(Object& object) {
+    const BACSTAC_OBJECT_ID id = object.Id();
+    object.Set(PROP_PRESENT_VALUE, Value::Enumerated(id.Instance % 2));
+    AddState(object);
+    if (id.Type != OBJ_BINARY_VALUE)
+        object.Set(PROP_POLARITY, Value::Enumerated(0));
+    object.Set(PROP_INACTIVE_TEXT, Value::String("off"));
+    object.Set(PROP_ACTIVE_TEXT, Value::String("on"));
+    if (IsOutput(id.Type))
+        AddPriorities(object, Value::Enumerated(0));
+}
+
+void AddMultiState(Object& object) {
+    const BACSTAC_OBJECT_ID id = object.Id();
+    object.Set(PROP_PRESENT_VALUE, Value::Unsigned(1 + id.Instance % 4));
+    AddState(object);
+    object.Set(PROP_NUMBER_OF_STATES, Value::Unsigned(4));
+    const Value texts[] = {Value::String("off"), Value::String("low"), Value::String("high"), Value::String("auto")};
+    object.Set(PROP_STATE_TEXT, Value::Array(texts));
+    if (IsOutput(id.Type))
+        AddPriorities(object, Value::Unsigned(1));
+}
+
+std::unique_ptr<Object> MakeLog(const ObjectConfig& config) {
+    const LogConfig log = config.Log.value_or(LogConfig{});
+    LogBuffer buffer(log.Capacity, log.InitialTotal);
+    if (log.Generator)
+        buffer.SetGenerator(RecordGenerator(*log.Generator));
+    buffer.Generate(log.Generated);
+    for (const LogRecord& record : log.Records)
+        buffer.Append(record);
+    return std::make_unique<LogObject>(config.Id, std::move(buffer), log.Enabled, log.StopWhenFull);
+}
+
+void AddLogProperties(const LogConfig& log, Object& object) {
+    std::vector<Value> references;
+    references.reserve(log.References.size());
+    for (const BACSTAC_DEV_OBJ_PROP_REF& reference : log.References)
+        references.push_back(Value::Reference(reference));
+    if (object.Id().Type == OBJ_TREND_LOG_MULTIPLE)
+        object.Set(PROP_LOG_DEVICE_OBJECT_PROPERTY, Value::Array(references));
+    else if (!references.empty())
+        object.Set(PROP_LOG_DEVICE_OBJECT_PROPERTY, references.front());
+    const LocalTime interval = log.Generator ? log.Generator->Interval : 6000;
+    object.Set(PROP_LOG_INTERVAL, Value::Unsigned(static_cast<std::uint32_t>(std::max<LocalTime>(interval, 1))));
+    object.Set(PROP_LOGGING_TYPE, Value::Enumerated(LOGGING_POLLED));
+    object.Set(PROP_EVENT_STATE, Value::Enumerated(0));
+    object.Set(PROP_STATUS_FLAGS, NoFlags());
+}
+
+Value ServicesSupported(const DeviceConfig& config) {
+    // The bits are numbered otherwise than the services (BACnetServicesSupported, clause 21).
+    BACSTAC_BIT_STRING bits{};
+    bits.BitCount = SERVICES;
+    const auto set = [&](unsigned bit) {
+        bits.Bits[bit / 8] = static_cast<std::uint8_t>(bits.Bits[bit / 8] | 1U << bit % 8);
+    };
+    const auto offers = [&](bacnet::ConfirmedService service) {
+        return std::find(config.LacksServices.begin(), config.LacksServices.end(), service) ==
+               config.LacksServices.end();
+    };
+    if (offers(bacnet::ConfirmedService::readProperty))
+        set(12);
+    if (offers(bacnet::ConfirmedService::readPropertyMultiple))
+        set(14);
+    set(34); // who-Is
+    if (offers(bacnet::ConfirmedService::readRange))
+        set(35);
+    return Value::BitString(bits);
+}
+
+} // namespace
+
+std::string DefaultName(BACSTAC_OBJECT_ID id) {
+    for (const TypeName& known : TYPE_NAMES)
+        if (known.Type == id.Type)
+            return std::string(known.Name) + " " + std::to_string(id.Instance);
+    return "Object " + std::to_string(id.Type) + " " + std::to_string(id.Instance);
+}
+
+std::unique_ptr<Object> MakeObject(const ObjectConfig& config) {
+    const BACSTAC_OBJECT_TYPE type = config.Id.Type;
+    const bool isLog = type == OBJ_TREND_LOG || type == OBJ_TREND_LOG_MULTIPLE;
+    std::unique_ptr<Object> object = isLog ? MakeLog(config) : std::make_unique<Object>(config.Id);
+    object->Set(PROP_OBJECT_IDENTIFIER, Value::ObjectId(config.Id));
+    object->Set(PROP_OBJECT_NAME, Value::String(config.Name.empty() ? DefaultName(config.Id) : config.Name));
+    object->Set(PROP_OBJECT_TYPE, Value::Enumerated(type));
+    if (!config.Description.empty())
+        object->Set(PROP_DESCRIPTION, Value::String(config.Description));
+    if (IsAnalog(type)) {
+        AddAnalog(*object);
+        if (config.IntrinsicReporting)
+            AddIntrinsicReporting(*object);
+    } else if (IsBinary(type)) {
+        AddBinary(*object);
+    } else if (IsMultiState(type)) {
+        AddMultiState(*object);
+    } else if (isLog) {
+        AddLogProperties(config.Log.value_or(LogConfig{}), *object);
+    }
+    for (const auto& [property, value] : config.Properties)
+        object->Set(property, value);
+    return object;
+}
+
+void AddDeviceProperties(const DeviceConfig& config, Object& device) {
+    device.Set(PROP_OBJECT_IDENTIFIER, Value::ObjectId(device.Id()));
+    device.Set(PROP_OBJECT_NAME, Value::String(config.Name));
+    device.Set(PROP_OBJECT_TYPE, Value::Enumerated(OBJ_DEVICE));
+    if (!config.Description.empty())
+        device.Set(PROP_DESCRIPTION, Value::String(config.Description));
+    device.Set(PROP_SYSTEM_STATUS, Value::Enumerated(0));
+    device.Set(PROP_VENDOR_NAME, Value::String("Simulation"));
+    device.Set(PROP_VENDOR_IDENTIFIER, Value::Unsigned(config.VendorId));
+    device.Set(PROP_MODEL_NAME, Value::String("bdcsim"));
+    device.Set(PROP_FIRMWARE_REVISION, Value::String("1"));
+    device.Set(PROP_APPLICATION_SOFTWARE_VERSION, Value::String("1"));
+    device.Set(PROP_PROTOCOL_VERSION, Value::Unsigned(1));
+    device.Set(PROP_PROTOCOL_REVISION, Value::Unsigned(config.ProtocolRevision));
+    device.Set(PROP_PROTOCOL_SERVICES_SUPPORTED, ServicesSupported(config));
+    device.Set(PROP_PROTOCOL_OBJECT_TYPES_SUPPORTED,
+               Value::BitString(OBJECT_TYPES, {OBJ_ANALOG_INPUT, OBJ_ANALOG_OUTPUT, OBJ_ANALOG_VALUE, OBJ_BINARY_INPUT,
+                                               OBJ_BINARY_OUTPUT, OBJ_BINARY_VALUE, OBJ_DEVICE, OBJ_MULTI_STATE_INPUT,
+                                               OBJ_MULTI_STATE_OUTPUT, OBJ_MULTI_STATE_VALUE, OBJ_TREND_LOG,
+                                               OBJ_TREND_LOG_MULTIPLE}));
+    device.Set(PROP_MAX_APDU_LENGTH_ACCEPTED, Value::Unsigned(config.MaxApdu));
+    device.Set(PROP_SEGMENTATION_SUPPORTED, Value::Enumerated(static_cast<std::uint32_t>(config.Segmentation)));
+    device.Set(PROP_APDU_TIMEOUT, Value::Unsigned(3000));
+    device.Set(PROP_NUMBER_OF_APDU_RETRIES, Value::Unsigned(3));
+    if (config.Segmentation != bacnet::Segmentation::none)
+        device.Set(PROP_APDU_SEGMENT_TIMEOUT, Value::Unsigned(config.SegmentTimeoutMs));
+    device.Set(PROP_UTC_OFFSET, Value::Signed(0));
+    device.Set(PROP_DAYLIGHT_SAVINGS_STATUS, Value::Boolean(false));
+    device.Set(PROP_DEVICE_ADDRESS_BINDING, Value::List({}));
+    device.Set(PROP_DATABASE_REVISION, Value::Unsigned(1));
+}
+
+} // namespace sim
