@@ -22,10 +22,12 @@ inline constexpr QLResult QL_NO_CONNECTION = 2;      // the handle is not one th
 inline constexpr QLResult QL_NO_RESOURCES = 3;       // no free handle or channel
 inline constexpr QLResult QL_NO_SUCH_TAG = 5;        // no tag of this name or id; past the last tag
 inline constexpr QLResult QL_DELETED_TAG = 6;        // the slot of this id is empty, tags may follow behind it
+inline constexpr QLResult QL_NO_VALUE = 8;           // the tag has not had a value yet
 inline constexpr QLResult QL_TIMEOUT = 9;            // no message within the time
 inline constexpr QLResult QL_WRONG_TYPE = 10;        // the tag's value cannot be given or taken in this form
 inline constexpr QLResult QL_NO_CHANNEL = 11;        // the channel is not one that OpenHistory gave
 inline constexpr QLResult QL_STORE_FAILURE = 12;     // the historical store refused; nothing of the block was stored
+inline constexpr QLResult QL_SHUT_DOWN = 13;         // the kernel shuts down and takes no new connection
 inline constexpr QLResult QL_MESSAGES_LOST = 0x8000; // a message was delivered, but older ones were dropped before it
 
 inline constexpr std::size_t QL_MESSAGE_SIZE = 28;
@@ -35,7 +37,7 @@ inline constexpr std::size_t QL_USER_NAME_SIZE = 88;    // with the closing NUL
 inline constexpr std::size_t QL_FOLDER_SIZE = 260;      // with the closing NUL
 
 // Codes of the messages that ReceiveMessage delivers. Receivers ignore codes they do not know.
-inline constexpr std::uint16_t QL_MSG_EXIT = 0;       // the kernel shuts down; close the connection
+inline constexpr std::uint16_t QL_MSG_EXIT = 0;       // the kernel shuts down; close the connection. Comes once, last
 inline constexpr std::uint16_t QL_MSG_TAG_CHANGE = 1; // QLTagChangeMessage
 
 // Values of RqGateMsg's mode.
@@ -53,8 +55,8 @@ inline constexpr unsigned QL_TRACE_HISTORY = 0x20;
 struct QLTagChangeMessage {
     std::uint16_t code;
     std::uint16_t reserved;
-    std::uint32_t tagId;
-    double value; // read with memcpy: it need not be aligned
+    std::uint32_t tagId; // without the station, as GetTagIdByName gives it
+    double value;        // read with memcpy: it need not be aligned
     std::uint8_t unused[12];
 };
 #pragma pack(pop)
@@ -77,9 +79,9 @@ public:
     // 35: waits for one message and copies it into a buffer of QL_MESSAGE_SIZE bytes. QL_OK and QL_MESSAGES_LOST come
     // with a filled buffer, any other result leaves it alone. timeout in milliseconds, 0 polls.
     virtual QLResult ReceiveMessage(std::uint8_t handle, void* buffer, std::uint32_t timeout) = 0;
-    // 102: definition of the tag with this id. Ids of local tags are the dense numbers 0..n-1, so the same operation
-    // walks the tags by index: QL_DELETED_TAG for an empty slot, QL_NO_SUCH_TAG past the last one. The high 16 bits are
-    // the station, 0 and the local station's number both meaning this one. definition.size must be
+    // 102: definition of the tag with this id. Ids of local tags are the dense numbers 0..n-1, n at most 65535, so the
+    // same operation walks the tags by index: QL_DELETED_TAG for an empty slot, QL_NO_SUCH_TAG past the last one. The
+    // high 16 bits are the station, 0 and the local station's number both meaning this one. definition.size must be
     // sizeof(TagDefinition).
     virtual QLResult GetTagDefinition(std::uint8_t handle, std::uint32_t tagId, TagDefinition& definition) = 0;
     // 143: id, with the station number in its high 16 bits, of "NAME" or "STATION:NAME".
@@ -96,9 +98,11 @@ public:
     virtual QLResult WriteHistory(std::uint32_t channel, int, std::uint32_t count, const VfiRecord* records,
                                   std::int16_t& word) = 0;
 
-    // 141: asks for (QL_GATE_SUBSCRIBE) or cancels (QL_GATE_CANCEL) change messages on count tags.
+    // 141: asks for (QL_GATE_SUBSCRIBE) or cancels (QL_GATE_CANCEL) change messages on count tags: on all of them or on
+    // none. Who asks twice cancels twice, and gets each message once. Text tags have no change messages.
     virtual QLResult RqGateMsg(std::uint8_t gate, int count, const std::uint32_t* tagIds, int mode) = 0;
-    // 171: present value of a tag; kind is QL_VALUE_AS_DOUBLE, the last two arguments are 0.
+    // 171: present value of a tag; kind is QL_VALUE_AS_DOUBLE, the last two arguments are 0. QL_NO_VALUE before the
+    // first one, QL_WRONG_TYPE for a text tag.
     virtual QLResult GetTagValue(std::uint8_t gate, int kind, std::uint32_t tagId, double& value, int, int) = 0;
     // 181: begins a walk over the tags: QL_NO_SUCH_TAG when there are none. first and count tell the range of ids; the
     // last two arguments are 0.
