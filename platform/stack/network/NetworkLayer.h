@@ -87,6 +87,8 @@ public:
     // destination is a broadcast of the contract (MacLength 0): local (network 0: on each port), one network, or all. A
     // network whose router is unknown is asked through a broadcast on each port. True when one port at least sent.
     bool SendBroadcast(const BACSTAC_ADDRESS& destination, Frame& apdu);
+    // To a remote station whose router is unknown, by a broadcast on each port that its router will pick up.
+    bool SendVia(const BACSTAC_ADDRESS& destination, Frame& apdu);
     // The longest APDU that fits to this station.
     std::size_t MaxApdu(const Station& station) const;
 
@@ -107,7 +109,8 @@ private:
         std::uint16_t Network = 0;
     };
 
-    bool IsConnected(std::uint16_t network) const;
+    // The first port with this number.
+    bool FindConnected(std::uint16_t network, std::uint8_t& port) const;
     bool SendOn(std::uint8_t port, const MacAddress& mac, Frame& npdu);
     void OnNetworkMessage(std::uint8_t port, const ReceivedNpdu& received, const Npdu& npdu);
     void LearnRoute(std::uint16_t network, std::uint8_t port, const MacAddress& router);

@@ -14,17 +14,14 @@ struct RouterEntry {
     std::uint16_t Network = 0;
     std::uint8_t Port = 0;
     MacAddress Router;
-    bool Busy = false;
 };
 
 class RouterTable {
 public:
     // True when this was new or has changed.
     bool Learn(std::uint16_t network, std::uint8_t port, const MacAddress& router);
-    void Forget(std::uint16_t network) { m_entries.erase(network); }
-    // Forgets only when the network is still reached through that router.
+    // Only when the network is still reached through that router.
     bool Forget(std::uint16_t network, std::uint8_t port, const MacAddress& router);
-    void SetBusy(std::uint16_t network, std::uint8_t port, const MacAddress& router, bool busy);
     const RouterEntry* Find(std::uint16_t network) const;
     std::vector<RouterEntry> List() const;
 

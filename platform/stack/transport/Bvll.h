@@ -47,7 +47,7 @@ enum class BvlcFunction : std::uint8_t {
     secure_bvll = 0x0C,
 };
 
-// J.2.1: results, of which each NAK is its function times 16.
+// J.2.1.
 enum class BvlcResult : std::uint16_t {
     success = 0x0000,
     write_bdt_nak = 0x0010,

@@ -66,7 +66,8 @@ public:
     virtual void Interrupt() = 0;
 
     // How many octets of a station's MAC tell it from others when its answers are matched: on BACnet/IP the IP address
-    // without the port, since devices are met that answer from another port than they were asked on.
+    // without the port, since devices are met that answer from another port than they were asked on. 0: not the
+    // address of a station of this link.
     virtual std::size_t IdentityLength(const MacAddress& station) const = 0;
     // The longest NPDU that the link carries.
     virtual std::size_t MaxNpdu() const = 0;

@@ -6,12 +6,12 @@
 
 #include "platform/stack/transport/Bvll.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace bacnet {
 
@@ -115,8 +115,8 @@ struct InterfaceAddress {
     std::uint32_t Ip = 0;
     std::uint32_t Mask = 0;
 };
-// At most 256; empty when the system does not tell.
-std::size_t ListInterfaces(std::span<InterfaceAddress> interfaces);
+// Empty when the system does not tell.
+std::vector<InterfaceAddress> ListInterfaces();
 // The broadcast address of the network that ip lies in (127.255.255.255 for 127.0.0.5); 255.255.255.255 when unknown.
 std::uint32_t BroadcastAddressOf(std::uint32_t ip);
 
