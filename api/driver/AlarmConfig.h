@@ -3,11 +3,10 @@
 #pragma once
 
 #include "api/driver/AlarmDefinition.h"
+#include "api/driver/AlarmRules.h"
 #include "api/driver/EventFilter.h"
 
 #include <vector>
-
-class AlarmRuleStore;
 
 class IAlarmConfig {
 public:
