@@ -1,0 +1,18 @@
+#include "module/console/ConsoleMessage.h"
+
+#include "api/bacnet/Types.h"
+
+#include <utility>
+
+CConsoleMessage::CConsoleMessage(CConsoleMessage&& other) noexcept
+    : m_message(other.m_message), m_wParam(other.m_wParam), m_lParam(std::exchange(other.m_lParam, 0)) {}
+
+CConsoleMessage::~CConsoleMessage() {
+    delete TakeRequest();
+}
+
+BACSTAC_DEV_OBJ_REF* CConsoleMessage::TakeRequest() {
+    if (m_message != WM_CONSOLE_HISTORY)
+        return nullptr;
+    return reinterpret_cast<BACSTAC_DEV_OBJ_REF*>(std::exchange(m_lParam, 0));
+}
