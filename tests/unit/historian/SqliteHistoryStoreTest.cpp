@@ -158,6 +158,22 @@ TEST_F(SqliteStore, AThousandRecordsOfOneInstantAreKept) {
     EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
 }
 
+TEST_F(SqliteStore, ABlockThatFailsInTheMiddleLeavesNoTransactionBehind) {
+    const auto store = OpenGood(m_path);
+    Write(*store, Block(7, 1000, 1)); // the block below repeats it, and goes the slow way
+    OtherProgram(m_path).Execute("CREATE TRIGGER refuse BEFORE INSERT ON record WHEN new.time=1060 "
+                                 "BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    for (const std::uint32_t from : {1000U, 1050U}) {
+        for (int times = 0; times < 2; ++times) {
+            EXPECT_NE(WriteError(*store, Block(7, from, 100)).find("refused"), std::string::npos);
+            EXPECT_EQ(Total(*store), 1U);
+        }
+    }
+    OtherProgram(m_path).Execute("DROP TRIGGER refuse");
+    Write(*store, Block(7, 1000, 100));
+    EXPECT_EQ(Total(*store), 101U);
+}
+
 TEST_F(SqliteStore, ARecordSpoiltByAnotherProgramIsReported) {
     const auto store = OpenGood(m_path);
     Write(*store, {Number(7, 1000, 1.0)});
