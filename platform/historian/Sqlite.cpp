@@ -1,8 +1,7 @@
 #include "platform/historian/Sqlite.h"
 
 int SqliteConnection::Open(const std::filesystem::path& path, int flags, std::chrono::milliseconds busyTimeout) {
-    // An absolute path is never taken for a URI or for one of SQLite's special names.
-    const std::u8string name = std::filesystem::absolute(path).u8string();
+    const std::u8string name = path.u8string();
     m_name.assign(name.begin(), name.end());
     sqlite3* handle = nullptr;
     const int result = sqlite3_open_v2(m_name.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);

@@ -16,7 +16,8 @@
 
 class SqliteConnection {
 public:
-    // flags as sqlite3_open_v2 takes them. A connection that fails to open keeps its error.
+    // path is absolute: such a one is never taken for a URI or for one of SQLite's special names. flags as
+    // sqlite3_open_v2 takes them. A connection that fails to open keeps its error.
     int Open(const std::filesystem::path& path, int flags, std::chrono::milliseconds busyTimeout);
     // Runs statements that take no values and give no rows that matter.
     int Execute(const char* sql);

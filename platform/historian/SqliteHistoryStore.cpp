@@ -76,14 +76,19 @@ private:
 };
 
 bool SqliteHistoryStore::Impl::Open(const std::filesystem::path& path, const Settings& settings, std::string& error) {
-    m_path = path;
+    std::error_code failure;
+    m_path = std::filesystem::absolute(path, failure); // connections open later, when the current folder may be another
+    if (failure) {
+        error = "history database: no current folder: " + failure.message();
+        return false;
+    }
     m_settings = settings;
-    const HistoryFile file = ProbeHistoryFile(path, error);
+    const HistoryFile file = ProbeHistoryFile(m_path, error);
     if (file == HistoryFile::Refused) {
         return false;
     }
     const int flags = settings.readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-    if (m_connection.Open(path, flags, settings.busyTimeout) != SQLITE_OK ||
+    if (m_connection.Open(m_path, flags, settings.busyTimeout) != SQLITE_OK ||
         m_connection.Execute("PRAGMA trusted_schema=OFF; PRAGMA cell_size_check=ON; PRAGMA synchronous=EXTRA") !=
             SQLITE_OK) {
         error = m_connection.ErrorText();

@@ -48,6 +48,15 @@ TEST_F(SqliteStore, ALockedDatabaseRefusesTheBlockAndTakesItLater) {
     EXPECT_EQ(Total(*store), 200U);
 }
 
+TEST_F(SqliteStore, ADatabaseThatIsLockedAltogetherCannotBeOpened) {
+    OpenGood(m_path);
+    OtherProgram other(m_path);
+    other.Execute("PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT");
+    SqliteHistoryStore::Settings settings;
+    settings.busyTimeout = std::chrono::milliseconds(20);
+    EXPECT_NE(OpenError(m_path, settings).find("is locked by another program"), std::string::npos);
+}
+
 TEST_F(SqliteStore, AShortLockOnlyDelaysTheBlock) {
     const auto store = OpenGood(m_path);
     OtherProgram other(m_path);
