@@ -1,0 +1,420 @@
+#include "simulator/server/DeviceServer.h"
+
+#include "platform/stack/codec/Reader.h"
+#include "platform/stack/services/ErrorAnswer.h"
+
+#include <algorithm>
+
+namespace sim {
+
+namespace {
+
+using bacnet::Apdu;
+using bacnet::ConfirmedService;
+using bacnet::PduType;
+
+constexpr std::size_t ACK_HEADER = 3;
+constexpr std::size_t SEGMENTED_ACK_HEADER = 5;
+constexpr std::size_t MAX_SLOTS = 256; // segmented answers of one device at a time
+constexpr std::size_t MAX_HELD = 64;
+constexpr std::uint8_t ABORT_OUT_OF_RESOURCES = 9;
+constexpr std::uint32_t OTHER_ADDRESS = 0x80; // bit that makes the wrong source's address another one
+
+const FaultEffects NO_EFFECTS{};
+
+Counter CounterOf(std::uint8_t service) {
+    switch (static_cast<ConfirmedService>(service)) {
+    case ConfirmedService::readProperty:
+        return Counter::readProperty;
+    case ConfirmedService::readPropertyMultiple:
+        return Counter::readPropertyMultiple;
+    case ConfirmedService::readRange:
+        return Counter::readRange;
+    default:
+        return Counter::otherService;
+    }
+}
+
+// The object that a request names first; all services served here begin with it.
+BACSTAC_OBJECT_ID ObjectOf(std::span<const std::uint8_t> parameters) {
+    bacnet::Reader reader(parameters);
+    BACSTAC_OBJECT_ID id{0xFFFFFFFFU, 0};
+    reader.ObjectId(id, 0);
+    return id;
+}
+
+std::size_t SegmentsOf(bacnet::MaxSegments code) {
+    if (code == bacnet::MaxSegments::unspecified || code == bacnet::MaxSegments::more_than_64)
+        return MAX_ANSWER; // as many as there are octets
+    return std::size_t{1} << static_cast<unsigned>(code);
+}
+
+Apdu Header(PduType type, const Apdu& request) {
+    Apdu header;
+    header.Type = type;
+    header.InvokeId = request.InvokeId;
+    header.Service = request.Service;
+    return header;
+}
+
+} // namespace
+
+DeviceServer::DeviceServer(Device& device, const Origin& origin, IAmMode iAm)
+    : m_device(device), m_origin(origin), m_iAm(iAm) {}
+
+// ---- requests
+
+void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::span<const std::uint8_t> octets) {
+    Apdu apdu;
+    if (bacnet::DecodeApdu(octets, apdu) != bacnet::ApduError::none)
+        return;
+    switch (apdu.Type) {
+    case PduType::confirmed_request:
+        OnRequest(context, from, apdu, octets);
+        break;
+    case PduType::unconfirmed_request:
+        OnWhoIs(context, from, apdu, octets, false, false);
+        break;
+    case PduType::segment_ack:
+        if (!apdu.FromServer)
+            OnSegmentAck(context, from, apdu);
+        break;
+    case PduType::abort:
+        if (!apdu.FromServer)
+            OnAbort(from, apdu.InvokeId);
+        break;
+    default:
+        break; // answers: the device asks nobody
+    }
+}
+
+void DeviceServer::OnBroadcast(ServerContext& context, const Requester& from, std::span<const std::uint8_t> octets,
+                               bool globally) {
+    Apdu apdu;
+    if (bacnet::DecodeApdu(octets, apdu) == bacnet::ApduError::none && apdu.Type == PduType::unconfirmed_request)
+        OnWhoIs(context, from, apdu, octets, m_iAm == IAmMode::broadcast, globally);
+}
+
+void DeviceServer::OnWhoIs(ServerContext& context, const Requester& from, const Apdu& apdu,
+                           std::span<const std::uint8_t> octets, bool toAll, bool globally) {
+    bacnet::WhoIs request;
+    if (apdu.Service != static_cast<std::uint8_t>(bacnet::UnconfirmedService::whoIs) ||
+        !bacnet::DecodeWhoIs(apdu.Payload, request) || !request.AsksFor(m_device.Instance()))
+        return;
+    m_device.Count(Counter::whoIs);
+    FaultEffects effects;
+    {
+        const auto lock = m_device.Lock();
+        if (!m_device.Faults().Empty())
+            effects = m_device.Faults().Hit(std::nullopt, m_device.Id());
+    }
+    if (effects.Silent) {
+        m_device.Count(Counter::withheld);
+    } else if (effects.DelayMs > 0) {
+        const Deferred later{from, toAll, globally, {octets.begin(), octets.end()}, {}};
+        context.Timers.Push({context.NowMs + effects.DelayMs, 0, this, 0, std::make_shared<Deferred>(later)});
+    } else {
+        SendIAm(context, from, toAll, globally);
+    }
+}
+
+void DeviceServer::SendIAm(ServerContext& context, const Requester& from, bool toAll, bool globally) {
+    const DeviceConfig& config = m_device.Config();
+    std::uint8_t parameters[32];
+    bacnet::Writer writer(parameters);
+    bacnet::EncodeIAm(
+        {config.Instance, config.MaxApdu, static_cast<std::uint32_t>(config.Segmentation), config.VendorId}, writer);
+    bacnet::Frame& frame = context.Out.Begin();
+    frame.Append(writer.Written());
+    Apdu header;
+    header.Type = PduType::unconfirmed_request;
+    header.Service = static_cast<std::uint8_t>(bacnet::UnconfirmedService::iAm);
+    bacnet::PrependApdu(frame, header);
+    if (!toAll)
+        context.Out.Send(m_origin, from);
+    else
+        context.Out.Broadcast(m_origin, globally ? bacnet::GLOBAL_BROADCAST : from.Network);
+    m_device.Count(Counter::answers);
+}
+
+void DeviceServer::OnRequest(ServerContext& context, const Requester& from, const Apdu& apdu,
+                             std::span<const std::uint8_t> octets) {
+    m_device.Count(CounterOf(apdu.Service));
+    FaultEffects effects;
+    bool faulty = false;
+    {
+        const auto lock = m_device.Lock();
+        faulty = !m_device.Faults().Empty();
+        if (faulty)
+            effects = m_device.Faults().Hit(static_cast<ConfirmedService>(apdu.Service), ObjectOf(apdu.Payload));
+    }
+    if (!faulty && m_held.empty()) {
+        Answer(context, from, apdu, NO_EFFECTS);
+        return;
+    }
+    if (effects.Silent) {
+        m_device.Count(Counter::withheld);
+        return;
+    }
+    const auto isSame = [&](const Held& held) { return held.InvokeId == apdu.InvokeId && held.From == from; };
+    const bool repeated = std::any_of(m_held.begin(), m_held.end(), isSame);
+    if (repeated) {
+        AnswerHeld(context, from, apdu.InvokeId);
+    } else if (effects.Late) {
+        if (m_held.size() == MAX_HELD)
+            m_held.erase(m_held.begin());
+        m_held.push_back({from, apdu.InvokeId, {octets.begin(), octets.end()}, effects});
+        return;
+    }
+    if (effects.DelayMs > 0) {
+        const Deferred later{from, false, false, {octets.begin(), octets.end()}, effects};
+        context.Timers.Push({context.NowMs + effects.DelayMs, 0, this, 0, std::make_shared<Deferred>(later)});
+        return;
+    }
+    Answer(context, from, apdu, effects);
+}
+
+void DeviceServer::AnswerHeld(ServerContext& context, const Requester& from, std::uint8_t invokeId) {
+    const auto at = std::find_if(m_held.begin(), m_held.end(),
+                                 [&](const Held& held) { return held.InvokeId == invokeId && held.From == from; });
+    const Held held = std::move(*at);
+    m_held.erase(at);
+    Apdu apdu;
+    if (bacnet::DecodeApdu(held.Apdu, apdu) == bacnet::ApduError::none)
+        Answer(context, from, apdu, held.Effects);
+}
+
+void DeviceServer::OnTimer(ServerContext& context, const Timer& timer) {
+    if (timer.Request != nullptr) {
+        const Deferred& later = *timer.Request;
+        Apdu apdu;
+        if (bacnet::DecodeApdu(later.Apdu, apdu) != bacnet::ApduError::none)
+            return;
+        if (apdu.Type == PduType::unconfirmed_request)
+            SendIAm(context, later.From, later.ToAll, later.Globally);
+        else
+            Answer(context, later.From, apdu, later.Effects);
+        return;
+    }
+    Slot& slot = *m_slots[timer.Slot];
+    slot.Armed = false;
+    if (!slot.Active)
+        return;
+    if (slot.DeadlineMs <= context.NowMs) {
+        SendSegments(context, timer.Slot, slot.Answer.OnTimeout());
+        slot.DeadlineMs = context.NowMs + m_device.Config().SegmentTimeoutMs;
+        slot.Active = slot.Answer.GetState() == SegmentedAnswer::State::sending;
+    }
+    if (slot.Active) {
+        slot.Armed = true;
+        context.Timers.Push({slot.DeadlineMs, 0, this, timer.Slot, nullptr});
+    }
+}
+
+// ---- answers
+
+std::size_t DeviceServer::ApduSize(const Apdu& request) const {
+    // A reserved code tells nothing: then the least that every station takes.
+    const std::uint16_t asker = bacnet::MaxApduFromCode(request.MaxApduCode);
+    return std::min<std::size_t>(asker == 0 ? 50 : asker, m_device.Config().MaxApdu);
+}
+
+AnswerRoom DeviceServer::RoomFor(const Apdu& request) const {
+    const bacnet::Segmentation own = m_device.Config().Segmentation;
+    const std::size_t size = ApduSize(request);
+    AnswerRoom room;
+    room.Octets = size - ACK_HEADER;
+    room.Segmentation = request.SegmentedResponseAccepted &&
+                        (own == bacnet::Segmentation::both || own == bacnet::Segmentation::transmit);
+    if (room.Segmentation) {
+        const std::size_t segments = SegmentsOf(request.SegmentsAccepted);
+        room.Octets = std::min(MAX_ANSWER, std::max(room.Octets, segments * (size - SEGMENTED_ACK_HEADER)));
+    }
+    return room;
+}
+
+Outcome DeviceServer::OutcomeOf(ServerContext& context, const Apdu& request, const AnswerRoom& room,
+                                const FaultEffects& effects) {
+    if (request.Segmented)
+        return Outcome::Abort(bacnet::ABORT_SEGMENTATION_NOT_SUPPORTED);
+    if (effects.Refused) {
+        const FaultEffects::Refusal& refusal = *effects.Refused;
+        if (refusal.Kind == FaultKind::error)
+            return Outcome::Error({refusal.Class, refusal.Code});
+        return refusal.Kind == FaultKind::reject ? Outcome::Reject(refusal.Code) : Outcome::Abort(refusal.Code);
+    }
+    const auto lock = m_device.Lock();
+    return Serve(m_device, static_cast<ConfirmedService>(request.Service), request.Payload, room, context.Memory);
+}
+
+void DeviceServer::Answer(ServerContext& context, const Requester& from, const Apdu& request,
+                          const FaultEffects& effects) {
+    const Outcome outcome = OutcomeOf(context, request, RoomFor(request), effects);
+    m_device.Count(Counter::answers);
+    switch (outcome.What) {
+    case Outcome::Kind::ack:
+        if (outcome.Parameters.size() > ApduSize(request) - ACK_HEADER)
+            StartSegmented(context, from, request, outcome.Parameters, effects);
+        else
+            SendPdu(context, from, Header(PduType::complex_ack, request), outcome.Parameters, effects);
+        break;
+    case Outcome::Kind::error: {
+        std::uint8_t parameters[32];
+        bacnet::Writer writer(parameters);
+        bacnet::EncodeErrorAnswer(static_cast<ConfirmedService>(request.Service), {outcome.Class, outcome.Code, 0},
+                                  writer);
+        m_device.Count(Counter::errors);
+        SendPdu(context, from, Header(PduType::error, request), writer.Written(), effects);
+        break;
+    }
+    case Outcome::Kind::reject: {
+        Apdu header = Header(PduType::reject, request);
+        header.Reason = static_cast<std::uint8_t>(outcome.Code);
+        m_device.Count(Counter::rejects);
+        SendPdu(context, from, header, {}, effects);
+        break;
+    }
+    case Outcome::Kind::abort:
+        SendAbort(context, from, request.InvokeId, static_cast<std::uint8_t>(outcome.Code), effects);
+        break;
+    }
+}
+
+void DeviceServer::SendAbort(ServerContext& context, const Requester& to, std::uint8_t invokeId, std::uint8_t reason,
+                             const FaultEffects& effects) {
+    Apdu header;
+    header.Type = PduType::abort;
+    header.FromServer = true;
+    header.InvokeId = invokeId;
+    header.Reason = reason;
+    m_device.Count(Counter::aborts);
+    SendPdu(context, to, header, {}, effects);
+}
+
+void DeviceServer::SendPdu(ServerContext& context, const Requester& to, Apdu header,
+                           std::span<const std::uint8_t> payload, const FaultEffects& effects) {
+    const bacnet::UdpSocket* socket = SocketFor(effects);
+    if (socket == nullptr)
+        return;
+    Origin origin = m_origin;
+    origin.Socket = socket;
+    if (effects.WrongInvokeId)
+        ++header.InvokeId;
+    for (int copies = effects.Duplicate ? 2 : 1; copies > 0; --copies) {
+        bacnet::Frame& frame = context.Out.Begin();
+        if (!frame.Append(payload) || !bacnet::PrependApdu(frame, header))
+            return;
+        if (frame.Size() > effects.OctetLimit) {
+            const std::vector<std::uint8_t> cut(frame.Data(), frame.Data() + effects.OctetLimit);
+            frame.Clear();
+            frame.Append(cut);
+        }
+        context.Out.Send(origin, to);
+    }
+}
+
+const bacnet::UdpSocket* DeviceServer::SocketFor(const FaultEffects& effects) {
+    if (!effects.WrongSource && !effects.WrongPort)
+        return m_origin.Socket;
+    auto& stray = effects.WrongSource ? m_otherAddress : m_otherPort;
+    if (stray == nullptr) {
+        bacnet::BipAddress address = m_origin.Socket->LocalAddress();
+        address.Port = 0;
+        if (effects.WrongSource)
+            address.Ip ^= OTHER_ADDRESS;
+        auto opened = std::make_unique<bacnet::UdpSocket>();
+        if (!opened->Open(address, {}).empty())
+            return nullptr;
+        stray = std::move(opened);
+    }
+    return stray.get();
+}
+
+// ---- segmented answers
+
+DeviceServer::Slot* DeviceServer::FindSlot(const Requester& from, std::uint8_t invokeId) {
+    for (const auto& slot : m_slots)
+        if (slot->Active && slot->InvokeId == invokeId && slot->To == from)
+            return slot.get();
+    return nullptr;
+}
+
+// The slot of the same transaction, whose request was repeated; else a free one; else a new one, up to the limit.
+std::uint32_t DeviceServer::TakeSlot(const Requester& from, std::uint8_t invokeId) {
+    auto free = static_cast<std::uint32_t>(m_slots.size());
+    for (std::uint32_t i = 0; i < m_slots.size(); ++i) {
+        const Slot& slot = *m_slots[i];
+        if (slot.Active && slot.InvokeId == invokeId && slot.To == from)
+            return i;
+        if (!slot.Active)
+            free = i;
+    }
+    if (free == m_slots.size() && free < MAX_SLOTS)
+        m_slots.push_back(std::make_unique<Slot>());
+    return free;
+}
+
+void DeviceServer::StartSegmented(ServerContext& context, const Requester& to, const Apdu& request,
+                                  std::span<const std::uint8_t> parameters, const FaultEffects& effects) {
+    const std::uint32_t number = TakeSlot(to, request.InvokeId);
+    if (number == m_slots.size()) {
+        SendAbort(context, to, request.InvokeId, ABORT_OUT_OF_RESOURCES, effects);
+        return;
+    }
+    Slot& slot = *m_slots[number];
+    slot.To = to;
+    slot.InvokeId = request.InvokeId;
+    slot.Service = request.Service;
+    slot.Effects = effects;
+    slot.Active = true;
+    const DeviceConfig& config = m_device.Config();
+    const SegmentedAnswer::Settings settings{ApduSize(request) - SEGMENTED_ACK_HEADER, config.WindowSize,
+                                             config.SegmentRetries};
+    SendSegments(context, number, slot.Answer.Start(parameters, settings));
+    slot.DeadlineMs = context.NowMs + config.SegmentTimeoutMs;
+    if (!slot.Armed) {
+        slot.Armed = true;
+        context.Timers.Push({slot.DeadlineMs, 0, this, number, nullptr});
+    }
+}
+
+void DeviceServer::SendSegments(ServerContext& context, std::uint32_t number, SegmentedAnswer::Burst burst) {
+    const Slot& slot = *m_slots[number];
+    for (std::uint32_t segment = burst.First; segment < burst.First + burst.Count; ++segment) {
+        if (segment >= slot.Effects.SegmentLimit)
+            continue;
+        Apdu header;
+        header.Type = PduType::complex_ack;
+        header.Segmented = true;
+        header.MoreFollows = !slot.Answer.IsLast(segment);
+        header.InvokeId = slot.InvokeId;
+        header.SequenceNumber = static_cast<std::uint8_t>(segment);
+        header.WindowSize = slot.Answer.ProposedWindow();
+        header.Service = slot.Service;
+        m_device.Count(Counter::segments);
+        SendPdu(context, slot.To, header, slot.Answer.Segment(segment), slot.Effects);
+    }
+}
+
+void DeviceServer::OnSegmentAck(ServerContext& context, const Requester& from, const Apdu& ack) {
+    m_device.Count(Counter::segmentAcks);
+    for (std::uint32_t i = 0; i < m_slots.size(); ++i) {
+        Slot& slot = *m_slots[i];
+        if (!slot.Active || slot.InvokeId != ack.InvokeId || !(slot.To == from))
+            continue;
+        const SegmentedAnswer::Burst burst = slot.Answer.OnAck(ack);
+        slot.DeadlineMs = context.NowMs + m_device.Config().SegmentTimeoutMs;
+        slot.Active = slot.Answer.GetState() == SegmentedAnswer::State::sending;
+        SendSegments(context, i, burst);
+        if (slot.Answer.GetState() == SegmentedAnswer::State::failed)
+            SendAbort(context, from, ack.InvokeId, bacnet::ABORT_WINDOW_SIZE_OUT_OF_RANGE, slot.Effects);
+        return;
+    }
+}
+
+void DeviceServer::OnAbort(const Requester& from, std::uint8_t invokeId) {
+    if (Slot* slot = FindSlot(from, invokeId))
+        slot->Active = false;
+}
+
+} // namespace sim

@@ -1,0 +1,96 @@
+// The application layer of one simulated device: takes its APDUs, asks the services, and sends what comes of it, with
+// segmentation (clause 5.4.5) and with the device's faults. Belongs to one server thread, except where said.
+#pragma once
+
+#include "platform/stack/network/Apdu.h"
+#include "platform/stack/services/WhoIs.h"
+#include "simulator/model/Device.h"
+#include "simulator/server/FrameSender.h"
+#include "simulator/server/SegmentedAnswer.h"
+#include "simulator/server/Services.h"
+#include "simulator/server/TimerQueue.h"
+
+#include <memory>
+#include <vector>
+
+namespace sim {
+
+// What a server thread lends to the devices while they work.
+struct ServerContext {
+    FrameSender& Out;
+    TimerQueue& Timers;
+    Scratch& Memory;
+    std::int64_t NowMs; // monotonic
+};
+
+class DeviceServer {
+public:
+    // origin's socket is borrowed and has to be open while requests come.
+    DeviceServer(Device& device, const Origin& origin, IAmMode iAm);
+
+    Device& GetDevice() const { return m_device; }
+
+    // An APDU for this device alone.
+    void OnApdu(ServerContext& context, const Requester& from, std::span<const std::uint8_t> apdu);
+    // An APDU for all: only Who-Is is served. Any server thread. globally: it went to all networks.
+    void OnBroadcast(ServerContext& context, const Requester& from, std::span<const std::uint8_t> apdu, bool globally);
+    // The thread that set the timer.
+    void OnTimer(ServerContext& context, const Timer& timer);
+
+private:
+    // A segmented answer under way, or the memory of one for the next.
+    struct Slot {
+        Requester To;
+        std::uint8_t InvokeId = 0;
+        std::uint8_t Service = 0;
+        SegmentedAnswer Answer;
+        FaultEffects Effects;
+        std::int64_t DeadlineMs = 0;
+        bool Active = false;
+        bool Armed = false; // a timer is in the queue
+    };
+    struct Held {
+        Requester From;
+        std::uint8_t InvokeId = 0;
+        std::vector<std::uint8_t> Apdu;
+        FaultEffects Effects;
+    };
+
+    void OnWhoIs(ServerContext& context, const Requester& from, const bacnet::Apdu& apdu,
+                 std::span<const std::uint8_t> octets, bool toAll, bool globally);
+    void SendIAm(ServerContext& context, const Requester& from, bool toAll, bool globally);
+    void OnRequest(ServerContext& context, const Requester& from, const bacnet::Apdu& apdu,
+                   std::span<const std::uint8_t> octets);
+    void AnswerHeld(ServerContext& context, const Requester& from, std::uint8_t invokeId);
+    void Answer(ServerContext& context, const Requester& from, const bacnet::Apdu& request,
+                const FaultEffects& effects);
+    Outcome OutcomeOf(ServerContext& context, const bacnet::Apdu& request, const AnswerRoom& room,
+                      const FaultEffects& effects);
+    AnswerRoom RoomFor(const bacnet::Apdu& request) const;
+    std::size_t ApduSize(const bacnet::Apdu& request) const;
+
+    void StartSegmented(ServerContext& context, const Requester& to, const bacnet::Apdu& request,
+                        std::span<const std::uint8_t> parameters, const FaultEffects& effects);
+    void OnSegmentAck(ServerContext& context, const Requester& from, const bacnet::Apdu& ack);
+    void OnAbort(const Requester& from, std::uint8_t invokeId);
+    Slot* FindSlot(const Requester& from, std::uint8_t invokeId);
+    std::uint32_t TakeSlot(const Requester& from, std::uint8_t invokeId);
+    void SendSegments(ServerContext& context, std::uint32_t number, SegmentedAnswer::Burst burst);
+
+    void SendPdu(ServerContext& context, const Requester& to, bacnet::Apdu header,
+                 std::span<const std::uint8_t> payload, const FaultEffects& effects);
+    void SendAbort(ServerContext& context, const Requester& to, std::uint8_t invokeId, std::uint8_t reason,
+                   const FaultEffects& effects);
+    // Null when a wrong source is wanted and cannot be had: then nothing is sent.
+    const bacnet::UdpSocket* SocketFor(const FaultEffects& effects);
+
+    Device& m_device;
+    Origin m_origin;
+    IAmMode m_iAm;
+    std::vector<std::unique_ptr<Slot>> m_slots;
+    std::vector<Held> m_held;                          // requests that wait for their repetition
+    std::unique_ptr<bacnet::UdpSocket> m_otherAddress; // opened when a fault first wants it
+    std::unique_ptr<bacnet::UdpSocket> m_otherPort;
+};
+
+} // namespace sim
