@@ -28,6 +28,7 @@
 namespace bacnet {
 
 class AsyncCaller;
+class LayerCore;
 
 // A request that another station sent us. Octets are valid until the call returns.
 struct RequestIndication {
@@ -90,6 +91,8 @@ public:
 
 private:
     friend class AsyncCaller;
+    LayerCore& Core() const;
+
     class Impl;
     std::unique_ptr<Impl> m_impl;
 };

@@ -1,0 +1,141 @@
+#include "platform/stack/transaction/LayerCore.h"
+
+#include <algorithm>
+
+namespace bacnet {
+
+namespace {
+
+void Count(std::atomic<std::uint64_t>& counter) {
+    counter.fetch_add(1, std::memory_order_relaxed);
+}
+
+Apdu PlainHeader(PduType type, std::uint8_t invokeId, std::uint8_t reason) {
+    Apdu header;
+    header.Type = type;
+    header.InvokeId = invokeId;
+    header.Reason = reason;
+    return header;
+}
+
+} // namespace
+
+LayerCore::LayerCore(NetworkLayer& network, const TransactionSettings& settings, IRequestHandler* handler,
+                     const IClock& clock)
+    : Network(network), Settings(settings), Clock(clock), Peers(settings.IdRestMs), m_handler(handler) {
+    for (std::size_t port = 0; port < network.PortCount(); ++port)
+        m_pumps.push_back(
+            std::make_unique<PortPump>(network, static_cast<std::uint8_t>(port), [this](const QueuedApdu& apdu) {
+                OnRequest(apdu.Source, apdu.Broadcast, apdu.Octets);
+            }));
+}
+
+void LayerCore::Start() {
+    if (Settings.BackgroundThread)
+        for (auto& pump : m_pumps)
+            pump->Start();
+}
+
+void LayerCore::Shutdown() {
+    m_stopping = true;
+    Peers.Close(Outcome::shutdown, Clock.Now());
+    for (auto& pump : m_pumps)
+        pump->Stop();
+}
+
+bool LayerCore::BuildRequest(const Transaction& transaction, Frame& frame) {
+    return frame.Append(transaction.Parameters()) && PrependApdu(frame, transaction.RequestHeader());
+}
+
+bool LayerCore::Fits(const Station& station, std::size_t parameters, std::uint16_t maxApdu) const {
+    constexpr std::size_t REQUEST_HEADER = 4;
+    const std::size_t link = Network.MaxApdu(station);
+    return parameters + REQUEST_HEADER <= (maxApdu != 0 ? std::min<std::size_t>(maxApdu, link) : link);
+}
+
+std::uint16_t LayerCore::MaxAnswer(const Station& station) const {
+    return static_cast<std::uint16_t>(std::min<std::size_t>(Network.MaxApdu(station), 0xFFFF));
+}
+
+bool LayerCore::SendPdu(const Station& destination, const Apdu& header, std::span<const std::uint8_t> payload,
+                        bool expectingReply) {
+    Frame frame;
+    return frame.Append(payload) && PrependApdu(frame, header) && Network.Send(destination, frame, expectingReply);
+}
+
+void LayerCore::Resend(const PeerKey& key, Transaction& transaction, const BACSTAC_ADDRESS& destination, Millis now) {
+    Count(Counters.Retries);
+    if (transaction.Peer.Network == 0)
+        return;
+    // The router may be the one that is silent: ask for another, and take it as soon as it is known.
+    Network.AskForRouter(transaction.Peer.Network, now);
+    Station station;
+    if (Network.Resolve(destination, station) == NetworkLayer::Route::found && station != transaction.Peer)
+        Peers.Redirect(key, transaction, station);
+}
+
+void LayerCore::ReceiveAll() {
+    for (auto& pump : m_pumps)
+        pump->ReceiveAll();
+}
+
+void LayerCore::Follow(const PeerTable::Dispatched& dispatched) {
+    // The end of a segmented answer is acknowledged before its owner may act on it.
+    if (dispatched.Answer.Send)
+        SendPdu(dispatched.To, dispatched.Answer.Header, {}, false);
+    const Waiter* const self = &Waiter::OfThisThread();
+    for (Waiter* waiter : dispatched.Wake)
+        if (waiter != nullptr && waiter != self) // this thread is awake and looks for itself
+            waiter->Signal();
+}
+
+void LayerCore::OnApdu(const ApduIndication& indication) {
+    Apdu pdu;
+    if (DecodeApdu(indication.Apdu, pdu) != ApduError::none) {
+        Count(Counters.Malformed);
+        return;
+    }
+    if (pdu.Type == PduType::confirmed_request || pdu.Type == PduType::unconfirmed_request) {
+        if (PortPump::OnBackgroundThread() || !Settings.BackgroundThread) {
+            OnRequest(indication.Source, indication.Broadcast, indication.Apdu);
+        } else if (!Pump(indication.Source.Port)
+                        .Enqueue({indication.Source,
+                                  indication.Broadcast,
+                                  {indication.Apdu.begin(), indication.Apdu.end()}})) {
+            Count(Counters.RequestsDropped);
+        }
+        return;
+    }
+    const PeerKey key = PeerKey::Of(indication.Source, Network.Link(indication.Source.Port));
+    const PeerTable::Dispatched dispatched = Peers.OnPdu(key, indication.Source, pdu, Clock.Now());
+    if (!dispatched.Matched)
+        OnUnmatched(indication, pdu);
+    Follow(dispatched);
+}
+
+void LayerCore::OnUnmatched(const ApduIndication& indication, const Apdu& pdu) {
+    Count(Counters.Unmatched);
+    // A device that sends segments to nobody is told so (clause 5.4.4.1), once for each time that it begins or ends its
+    // window rather than for each segment.
+    const bool worthIt = !pdu.MoreFollows || pdu.SequenceNumber == 0;
+    if (pdu.Type == PduType::complex_ack && pdu.Segmented && worthIt && !indication.Broadcast)
+        SendPdu(indication.Source, PlainHeader(PduType::abort, pdu.InvokeId, ABORT_INVALID_APDU_IN_THIS_STATE), {},
+                false);
+}
+
+void LayerCore::OnRequest(const Station& source, bool broadcast, std::span<const std::uint8_t> octets) {
+    RequestIndication request;
+    if (m_stopping || DecodeApdu(octets, request.Header) != ApduError::none)
+        return;
+    request.Confirmed = request.Header.Type == PduType::confirmed_request;
+    if (request.Confirmed && broadcast)
+        return; // only unconfirmed services may be broadcast
+    request.From = source;
+    request.Broadcast = broadcast;
+    if (m_handler != nullptr && Network.ToAddress(source, request.Source))
+        m_handler->OnRequest(request);
+    else if (request.Confirmed)
+        SendPdu(source, PlainHeader(PduType::reject, request.Header.InvokeId, REJECT_UNRECOGNIZED_SERVICE), {}, false);
+}
+
+} // namespace bacnet

@@ -1,0 +1,163 @@
+#include "platform/stack/transaction/Transaction.h"
+
+#include <algorithm>
+
+namespace bacnet {
+
+namespace {
+
+constexpr unsigned SEGMENT_TIMEOUTS = 4; // clause 5.4.4.3: four times the segment timeout without a segment
+
+Reply AbortReply(std::uint8_t invokeId, std::uint8_t reason) {
+    Reply reply;
+    reply.Send = true;
+    reply.Header.Type = PduType::abort;
+    reply.Header.InvokeId = invokeId;
+    reply.Header.Reason = reason;
+    return reply;
+}
+
+} // namespace
+
+void Transaction::Begin(const TransactionSettings& settings, std::uint8_t service,
+                        std::span<const std::uint8_t> parameters, const CallOptions& options, AnswerBuffer& answer,
+                        Millis now) {
+    m_state = State::awaiting_confirmation;
+    m_service = service;
+    m_parameters = parameters;
+    m_answer = &answer;
+    m_answer->Clear();
+    m_check = options.Check;
+    m_result = {};
+    m_resent = false;
+    m_retries = options.Retries < 0 ? settings.Retries : static_cast<std::uint8_t>(std::min<int>(options.Retries, 255));
+    m_retriesLeft = m_retries;
+    m_timeoutMs = options.TimeoutMs != 0 ? options.TimeoutMs : settings.TimeoutMs;
+    m_segmentTimeoutMs = settings.SegmentTimeoutMs;
+    m_answerTimeoutMs = settings.AnswerTimeoutMs;
+    m_window = settings.WindowSize;
+    m_deadline = now + m_timeoutMs;
+    m_reassembly.Begin(m_window);
+}
+
+Apdu Transaction::RequestHeader() const {
+    Apdu header;
+    header.Type = PduType::confirmed_request;
+    header.SegmentedResponseAccepted = true;
+    header.SegmentsAccepted = MaxSegments::more_than_64;
+    header.MaxApduCode = MaxApduToCode(MaxAnswer);
+    header.InvokeId = InvokeId;
+    header.Service = m_service;
+    return header;
+}
+
+bool Transaction::Matches(std::span<const std::uint8_t> answer) const {
+    return m_check == nullptr || m_check(m_parameters, answer);
+}
+
+void Transaction::Finish(Outcome outcome, std::uint8_t reason) {
+    m_state = State::done;
+    m_result = {outcome, reason};
+}
+
+void Transaction::Abort(Outcome outcome, std::uint8_t reason, Reply& reply) {
+    Finish(outcome);
+    reply = AbortReply(InvokeId, reason);
+}
+
+bool Transaction::OnPdu(const Apdu& pdu, Millis now, Reply& reply) {
+    const bool awaiting = m_state == State::awaiting_confirmation || m_state == State::segmented_request;
+    switch (pdu.Type) {
+    case PduType::abort:
+        // Aborts of devices that forget to say that they are the server are taken too.
+        if (m_state == State::idle || m_state == State::done)
+            return false;
+        Finish(Outcome::abort, pdu.Reason);
+        return true;
+    case PduType::complex_ack:
+        if (pdu.Service != m_service)
+            return false;
+        if (pdu.Segmented)
+            return (awaiting || m_state == State::segmented_confirmation) && OnSegment(pdu, now, reply);
+        if (!awaiting || !Matches(pdu.Payload))
+            return false;
+        Finish(m_answer->Append(pdu.Payload) ? Outcome::complex_ack : Outcome::answer_too_long);
+        return true;
+    case PduType::simple_ack:
+        if (!awaiting || pdu.Service != m_service)
+            return false;
+        Finish(Outcome::simple_ack);
+        return true;
+    case PduType::error:
+        if (!awaiting || pdu.Service != m_service)
+            return false;
+        Finish(m_answer->Append(pdu.Payload) ? Outcome::error : Outcome::answer_too_long);
+        return true;
+    case PduType::reject:
+        if (!awaiting)
+            return false;
+        Finish(Outcome::reject, pdu.Reason);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool Transaction::OnSegment(const Apdu& pdu, Millis now, Reply& reply) {
+    if (!m_reassembly.Started()) {
+        if (pdu.SequenceNumber == 0 && !Matches(pdu.Payload))
+            return false;
+        m_state = State::segmented_confirmation;
+        m_answerDeadline = now + m_answerTimeoutMs;
+    } else if (now >= m_answerDeadline) {
+        Abort(Outcome::segments_stopped, ABORT_TSM_TIMEOUT, reply);
+        return true;
+    }
+    const Reassembly::Step step = m_reassembly.OnSegment(pdu, *m_answer);
+    switch (step.What) {
+    case Reassembly::Action::invalid:
+        Abort(Outcome::invalid_answer, step.Reason, reply);
+        return true;
+    case Reassembly::Action::too_long:
+        Abort(Outcome::answer_too_long, step.Reason, reply);
+        return true;
+    case Reassembly::Action::none:
+        break;
+    case Reassembly::Action::ack:
+    case Reassembly::Action::negative_ack:
+    case Reassembly::Action::complete:
+        reply.Send = true;
+        reply.Header.Type = PduType::segment_ack;
+        reply.Header.Negative = step.What == Reassembly::Action::negative_ack;
+        reply.Header.InvokeId = InvokeId;
+        reply.Header.SequenceNumber = step.Sequence;
+        reply.Header.WindowSize = step.Window;
+        break;
+    }
+    if (step.What == Reassembly::Action::complete)
+        Finish(Outcome::complex_ack);
+    else // never earlier than before: the owner sleeps until the old deadline
+        m_deadline = std::max(m_deadline, now + static_cast<Millis>(SEGMENT_TIMEOUTS) * m_segmentTimeoutMs);
+    return true;
+}
+
+Transaction::Due Transaction::OnTime(Millis now, Reply& reply) {
+    if (m_state == State::done)
+        return Due::finished;
+    if (now < m_deadline)
+        return Due::nothing;
+    if (m_state == State::segmented_confirmation) {
+        Abort(Outcome::segments_stopped, ABORT_TSM_TIMEOUT, reply);
+        return Due::finished;
+    }
+    if (m_retriesLeft == 0) {
+        Finish(Outcome::timeout);
+        return Due::finished;
+    }
+    --m_retriesLeft;
+    m_resent = true;
+    m_deadline = now + m_timeoutMs;
+    return Due::resend;
+}
+
+} // namespace bacnet

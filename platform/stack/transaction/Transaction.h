@@ -1,0 +1,102 @@
+// One confirmed request from the requesting side (ANSI/ASHRAE 135 clause 5.4.4): what to do with each PDU that belongs
+// to it, and when time has passed. Pure: says what to send, sends nothing; time is an argument. The lock of its peer
+// covers it from the moment the peer table knows it until it is done.
+#pragma once
+
+#include "platform/stack/network/Apdu.h"
+#include "platform/stack/network/NetworkLayer.h"
+#include "platform/stack/transaction/AnswerBuffer.h"
+#include "platform/stack/transaction/Clock.h"
+#include "platform/stack/transaction/Outcome.h"
+#include "platform/stack/transaction/Reassembly.h"
+#include "platform/stack/transaction/Settings.h"
+
+#include <cstdint>
+#include <span>
+
+namespace bacnet {
+
+class Transaction;
+class Waiter;
+
+class ITransactionOwner {
+public:
+    virtual ~ITransactionOwner() = default;
+    // Under the peer's lock, as the last thing that is done to the transaction: its memory may be gone a moment later.
+    // Returns who is to be woken once the lock is released, or null.
+    virtual Waiter* OnFinished(Transaction& transaction) = 0;
+};
+
+// A header to send to the peer; nothing when Send is false.
+struct Reply {
+    bool Send = false;
+    Apdu Header;
+};
+
+class Transaction {
+public:
+    enum class State : std::uint8_t {
+        idle,
+        awaiting_confirmation,
+        segmented_request,      // segments of the request are on their way; requests in one piece do not come here
+        segmented_confirmation, // segments of the answer are coming
+        done,
+    };
+    enum class Due : std::uint8_t {
+        nothing, // ask again at Deadline()
+        resend,  // send the request again, with the same invoke id and octets
+        finished,
+    };
+
+    // answer is borrowed and cleared. The request itself is sent by the owner.
+    void Begin(const TransactionSettings& settings, std::uint8_t service, std::span<const std::uint8_t> parameters,
+               const CallOptions& options, AnswerBuffer& answer, Millis now);
+
+    // False: the PDU does not belong to this transaction in its present state.
+    bool OnPdu(const Apdu& pdu, Millis now, Reply& reply);
+    Due OnTime(Millis now, Reply& reply);
+    void Finish(Outcome outcome, std::uint8_t reason = 0);
+
+    State Now() const { return m_state; }
+    bool Done() const { return m_state == State::done; }
+    Millis Deadline() const { return m_deadline; }
+    const CallResult& Result() const { return m_result; }
+    // Late answers may still come: the invoke id must rest.
+    bool NeedsRest() const { return m_resent || !m_result.Answered(); }
+    // The PDU that carries the request.
+    Apdu RequestHeader() const;
+    std::span<const std::uint8_t> Parameters() const { return m_parameters; }
+    std::uint32_t TimeoutMs() const { return m_timeoutMs; } // of one attempt
+    // Of all attempts: as long as a request may wait for an invoke id, too.
+    Millis Patience() const { return static_cast<Millis>(m_timeoutMs) * (1 + m_retries); }
+
+    // Set by the owner and the peer table.
+    ITransactionOwner* Owner = nullptr;
+    Station Peer;
+    std::uint16_t MaxAnswer = MAX_APDU_IP; // longest APDU that we take from this peer
+    std::uint8_t InvokeId = 0;
+
+private:
+    bool OnSegment(const Apdu& pdu, Millis now, Reply& reply);
+    bool Matches(std::span<const std::uint8_t> answer) const;
+    void Abort(Outcome outcome, std::uint8_t reason, Reply& reply);
+
+    State m_state = State::idle;
+    std::uint8_t m_service = 0;
+    std::uint8_t m_retries = 0;
+    std::uint8_t m_retriesLeft = 0;
+    std::uint8_t m_window = 1;
+    bool m_resent = false;
+    std::uint32_t m_timeoutMs = 0;
+    std::uint32_t m_segmentTimeoutMs = 0;
+    std::uint32_t m_answerTimeoutMs = 0;
+    Millis m_deadline = 0;
+    Millis m_answerDeadline = 0; // of a segmented answer as a whole
+    AnswerCheck m_check = nullptr;
+    AnswerBuffer* m_answer = nullptr;
+    std::span<const std::uint8_t> m_parameters;
+    CallResult m_result;
+    Reassembly m_reassembly;
+};
+
+} // namespace bacnet
