@@ -5,10 +5,12 @@
 // device instances in lists are decimal text.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 // LogSettings::flags.
@@ -80,11 +82,29 @@ struct HistorySettings {
     HistoryTimeLimit endRange;
     std::string flushTag; // tag of the trigger "FlushAllTrendLog"
 
+    // A copy has devices of its own. Inline, since the driver copies settings too and sees only what the module
+    // exports.
     HistorySettings() = default;
-    HistorySettings(const HistorySettings& other); // copies the devices, not the pointers
     HistorySettings(HistorySettings&&) = default;
-    HistorySettings& operator=(HistorySettings other);
-    bool operator==(const HistorySettings& other) const;
+    HistorySettings(const HistorySettings& other)
+        : selectedDevice(other.selectedDevice), startRange(other.startRange), endRange(other.endRange),
+          flushTag(other.flushTag) {
+        for (const auto& device : other.devices)
+            devices.push_back(device ? std::make_unique<CDeviceSettings>(*device) : nullptr);
+    }
+    HistorySettings& operator=(HistorySettings other) {
+        selectedDevice = std::move(other.selectedDevice);
+        devices = std::move(other.devices);
+        startRange = other.startRange;
+        endRange = other.endRange;
+        flushTag = std::move(other.flushTag);
+        return *this;
+    }
+    bool operator==(const HistorySettings& other) const {
+        const auto same = [](const auto& a, const auto& b) { return a && b ? *a == *b : !a && !b; };
+        return selectedDevice == other.selectedDevice && startRange == other.startRange && endRange == other.endRange &&
+               flushTag == other.flushTag && std::ranges::equal(devices, other.devices, same);
+    }
 };
 
 // GeneralSettings::flags.

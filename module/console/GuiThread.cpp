@@ -1,0 +1,194 @@
+#include "module/console/GuiThread.h"
+
+#include "api/bacnet/Log.h"
+#include "module/console/ManualResetEvent.h"
+
+#include <QApplication>
+#include <QDeadlineTimer>
+#include <QEvent>
+#include <QEventLoop>
+#include <QObject>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+#include <clocale>
+#include <cstdlib>
+#include <deque>
+#include <limits>
+#include <mutex>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace {
+
+// Takes tasks from any thread and runs them where it lives. The tasks are handed over in a queue of its own; the
+// toolkit's event only says that there is one.
+class CTaskRunner : public QObject {
+public:
+    void Post(CGuiThread::Task task) {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_tasks.push_back(std::move(task));
+        }
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    }
+
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::User)
+            return QObject::event(event);
+        CGuiThread::Task task;
+        {
+            const std::lock_guard lock(m_mutex);
+            task = std::move(m_tasks.front());
+            m_tasks.pop_front();
+        }
+        task();
+        return true;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::deque<CGuiThread::Task> m_tasks; // m_mutex; one for each posted event
+};
+
+// Serves the thread's events until the event is set, which only this thread does.
+bool ServeEventsUntil(const CManualResetEvent& event, std::uint32_t timeout) {
+    const bool isLimited = timeout != WAIT_WITHOUT_LIMIT;
+    const QDeadlineTimer deadline(isLimited ? qint64{timeout} : qint64{-1}, Qt::PreciseTimer);
+    QTimer wake;
+    wake.setTimerType(Qt::PreciseTimer);
+    if (isLimited)
+        wake.start(static_cast<int>(std::min<std::uint32_t>(timeout, std::numeric_limits<int>::max())));
+    QEventLoop loop;
+    while (!event.IsSet()) {
+        if (deadline.hasExpired())
+            return false;
+        loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}
+
+// The toolkit takes the user's locale for everything, also for numbers in files and in the protocol.
+void PrepareApplication() {
+    std::setlocale(LC_NUMERIC, "C");
+    QApplication::setQuitOnLastWindowClosed(false); // the console is hidden most of the time
+}
+
+class CHostThread : public CGuiThread {
+public:
+    explicit CHostThread(QThread* thread) : m_thread(thread) {
+        m_runner.moveToThread(thread);
+        m_runner.Post(PrepareApplication);
+    }
+    void Post(Task task) override { m_runner.Post(std::move(task)); }
+    void PostDelayed(int milliseconds, Task task) override {
+        QTimer::singleShot(milliseconds, &m_runner, std::move(task));
+    }
+    bool WaitFor(CManualResetEvent& event, std::uint32_t timeout) override {
+        return QThread::currentThread() == m_thread ? ServeEventsUntil(event, timeout) : event.Wait(timeout);
+    }
+
+private:
+    CTaskRunner m_runner;
+    QThread* const m_thread;
+};
+
+bool HasVariable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value && *value;
+}
+
+// The platforms to try, in their order. Without a display the toolkit would end the process, but unattended work needs
+// none; the same goes for a display that is named and cannot be reached. Empty leaves the choice to the toolkit.
+std::string PlatformNames() {
+#if defined(__linux__)
+    if (HasVariable("QT_QPA_PLATFORM"))
+        return {};
+    std::string names;
+    if (HasVariable("WAYLAND_DISPLAY"))
+        names += "wayland;";
+    if (HasVariable("DISPLAY"))
+        names += "xcb;";
+    return names + "offscreen";
+#else
+    return {};
+#endif
+}
+
+class COwnThread : public CGuiThread {
+public:
+    // Throws std::system_error when there is no thread to be had.
+    COwnThread() {
+        std::thread thread([this] { Main(); });
+        m_id = thread.get_id();
+        thread.detach();
+    }
+
+    void Post(Task task) override {
+        const std::lock_guard lock(m_mutex);
+        if (m_runner)
+            m_runner->Post(std::move(task));
+        else
+            m_early.push_back(std::move(task));
+    }
+    void PostDelayed(int milliseconds, Task task) override {
+        QTimer::singleShot(milliseconds, m_runner, std::move(task));
+    }
+    bool WaitFor(CManualResetEvent& event, std::uint32_t timeout) override {
+        return std::this_thread::get_id() == m_id ? ServeEventsUntil(event, timeout) : event.Wait(timeout);
+    }
+
+private:
+    // The application and all that belongs to it is made on this thread and never destroyed.
+    void Main() {
+        static char program[] = "bdc";
+        static char option[] = "-platform";
+        static std::string platforms = PlatformNames();
+        static char* arguments[] = {program, option, platforms.data(), nullptr};
+        static int count = platforms.empty() ? 1 : 3;
+        new QApplication(count, arguments);
+        PrepareApplication();
+        {
+            const std::lock_guard lock(m_mutex);
+            m_runner = new CTaskRunner;
+            for (Task& task : m_early)
+                m_runner->Post(std::move(task));
+            m_early.clear();
+        }
+        QApplication::exec();
+    }
+
+    std::thread::id m_id;
+    std::mutex m_mutex;
+    CTaskRunner* m_runner = nullptr; // m_mutex
+    std::deque<Task> m_early;        // m_mutex; posted before the application was ready
+};
+
+CGuiThread* MakeGuiThread() {
+    if (QCoreApplication* const application = QCoreApplication::instance()) {
+        if (qobject_cast<QApplication*>(application))
+            return new CHostThread(application->thread());
+        LogErr("Console: the host's application object cannot have windows");
+        return nullptr;
+    }
+    try {
+        return new COwnThread;
+    } catch (const std::system_error& error) {
+        LogErr("Console: no thread for the windows: %s", error.what());
+        return nullptr;
+    }
+}
+
+} // namespace
+
+CGuiThread* CGuiThread::Get() {
+    static std::mutex mutex;
+    static CGuiThread* thread = nullptr; // mutex
+    const std::lock_guard lock(mutex);
+    if (!thread)
+        thread = MakeGuiThread();
+    return thread;
+}

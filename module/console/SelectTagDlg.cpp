@@ -1,0 +1,31 @@
+#include "module/console/SelectTagDlg.h"
+
+#include "module/console/Globals.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QVBoxLayout>
+
+CSelectTagDlg::CSelectTagDlg(QWidget* parent, const std::string& tag)
+    : QDialog(parent), m_combo(new QComboBox(this)), m_tag(tag) {
+    setWindowTitle(QStringLiteral("Select trigger tag"));
+    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    connect(buttons, &QDialogButtonBox::accepted, this, &CSelectTagDlg::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &CSelectTagDlg::reject);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addWidget(m_combo);
+    layout->addWidget(buttons);
+
+    BDCManager.FillTagList(*m_combo);
+    m_combo->setCurrentIndex(0);
+    for (int row = 1; row < m_combo->count() && !tag.empty(); ++row)
+        if (m_combo->itemData(row).toByteArray().toStdString() == tag) {
+            m_combo->setCurrentIndex(row);
+            break;
+        }
+}
+
+void CSelectTagDlg::accept() {
+    m_tag = m_combo->currentData().toByteArray().toStdString();
+    QDialog::accept();
+}
