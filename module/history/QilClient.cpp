@@ -31,6 +31,7 @@ struct CQilClient::Shared {
     bool ended = false;    // mutex; the thread has left Run
     bool visiting = false; // mutex; the thread is inside the client: in a handler, or on its way into the receive loop
     bool letGo = false;    // mutex; the client does without the thread and may be gone
+    std::thread::id handler; // mutex; the thread, if it was one of its handlers that let go
 
     void Stop() {
         {
@@ -38,6 +39,30 @@ struct CQilClient::Shared {
             stop = true;
         }
         changed.notify_all();
+    }
+    // False: the thread has not ended within the time. It then touches the client no more.
+    bool WaitForEnd(std::uint32_t milliseconds) {
+        std::unique_lock lock(mutex);
+        const auto hasEnded = [&] { return ended; };
+        if (milliseconds == QIL_WAIT_WITHOUT_LIMIT)
+            changed.wait(lock, hasEnded);
+        else
+            changed.wait_for(lock, std::chrono::milliseconds(milliseconds), hasEnded);
+        changed.wait(lock, [&] { return ended || !visiting; });
+        letGo = !ended;
+        return ended;
+    }
+    // On the receive thread, inside a handler.
+    void LetGo() {
+        const std::lock_guard lock(mutex);
+        letGo = true;
+        handler = std::this_thread::get_id();
+    }
+    // Waits for the handler that let go, unless this is it.
+    void WaitForHandler() {
+        std::unique_lock lock(mutex);
+        if (handler != std::this_thread::get_id())
+            changed.wait(lock, [&] { return ended || !visiting; });
     }
     // False: the client may be gone.
     bool BeginVisit() {
@@ -118,9 +143,10 @@ bool CQilClient::GetTagIdByName(const std::string& name, std::uint32_t& tagId) {
 }
 
 bool CQilClient::StartThread() {
+    const std::lock_guard lock(m_mutex);
     if (m_thread.joinable())
         return true;
-    const auto shared = GetShared();
+    const auto shared = m_shared;
     shared->stop = false;
     shared->ended = false;
     shared->visiting = true;
@@ -129,7 +155,7 @@ bool CQilClient::StartThread() {
             Run();
             // From here on the client may be gone.
             {
-                const std::lock_guard lock(shared->mutex);
+                const std::lock_guard ended(shared->mutex);
                 shared->ended = true;
             }
             shared->changed.notify_all();
@@ -141,37 +167,35 @@ bool CQilClient::StartThread() {
 }
 
 void CQilClient::StopThread(std::uint32_t milliseconds) {
-    if (!m_thread.joinable())
+    std::thread thread;
+    std::shared_ptr<Shared> shared;
+    std::shared_ptr<Shared> leaving;
+    {
+        const std::lock_guard lock(m_mutex);
+        thread.swap(m_thread);
+        shared = m_shared;
+        leaving = m_leaving;
+    }
+    if (!thread.joinable()) {
+        if (leaving)
+            leaving->WaitForHandler();
         return;
-    const auto shared = GetShared();
+    }
     shared->Stop();
-
-    bool ended = false;
-    if (m_thread.get_id() != std::this_thread::get_id()) {
-        std::unique_lock lock(shared->mutex);
-        const auto hasEnded = [&] { return shared->ended; };
-        if (milliseconds == QIL_WAIT_WITHOUT_LIMIT)
-            shared->changed.wait(lock, hasEnded);
-        else
-            shared->changed.wait_for(lock, std::chrono::milliseconds(milliseconds), hasEnded);
-        shared->changed.wait(lock, [&] { return shared->ended || !shared->visiting; });
-        ended = shared->ended;
-        shared->letGo = !ended;
-    } else {
-        const std::lock_guard lock(shared->mutex);
-        shared->letGo = true;
-    }
-    if (ended) {
-        m_thread.join();
+    if (thread.get_id() == std::this_thread::get_id()) {
+        shared->LetGo();
+        leaving = shared;
+    } else if (shared->WaitForEnd(milliseconds)) {
+        thread.join();
         return;
     }
-    m_thread.detach();
-    m_thread = std::thread();
+    thread.detach();
     auto fresh = std::make_shared<Shared>(m_kernel);
     fresh->handle = shared->handle.load();
     fresh->stop = true;
     const std::lock_guard lock(m_mutex);
     m_shared = std::move(fresh);
+    m_leaving = std::move(leaving);
 }
 
 bool CQilClient::IsAlive() const {

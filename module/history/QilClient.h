@@ -67,8 +67,8 @@ public:
     // True at once when there is a thread; false when none can be created.
     bool StartThread();
     // Sets the stop flag, waits for the thread at most so many milliseconds (0xFFFFFFFF: without limit) and lets go of
-    // it, after the return of a handler that is running. Without a thread it returns at once; on the receive thread
-    // itself it does not wait.
+    // it, in any case behind the return of a handler that is running. Without a thread it returns at once; on the
+    // receive thread itself it does not wait.
     void StopThread(std::uint32_t milliseconds);
     // True while the stop flag is clear.
     bool IsAlive() const;
@@ -90,7 +90,8 @@ private:
     IQLProgramCore& m_kernel;
     const std::string m_name;
     QLResult m_lastResult = QL_OK;
-    std::thread m_thread;
     mutable std::mutex m_mutex;
-    std::shared_ptr<Shared> m_shared; // m_mutex; another one after the receive thread was let go of
+    std::thread m_thread;              // m_mutex
+    std::shared_ptr<Shared> m_shared;  // m_mutex; another one after the receive thread was let go of
+    std::shared_ptr<Shared> m_leaving; // m_mutex; of a thread whose handler let go of it
 };
