@@ -1,28 +1,13 @@
 #include "module/history/HistoryState.h"
 
+#include "tests/unit/history/LogEntries.h"
 #include "tests/unit/history/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cstring>
 
 namespace {
-
-BACSTAC_DATE_TIME Time(unsigned year, unsigned month, unsigned day, unsigned hour = 0, unsigned minute = 0,
-                       unsigned second = 0, unsigned hundredths = 0) {
-    BACSTAC_DATE_TIME time{};
-    time.Date.Year = static_cast<std::uint16_t>(year);
-    time.Date.Month = month;
-    time.Date.Day = day;
-    time.Time = {static_cast<std::uint8_t>(hour), static_cast<std::uint8_t>(minute), static_cast<std::uint8_t>(second),
-                 static_cast<std::uint8_t>(hundredths)};
-    return time;
-}
-
-bool Same(const BACSTAC_DATE_TIME& a, const BACSTAC_DATE_TIME& b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
-}
 
 class HistoryState : public testing::Test {
 protected:

@@ -48,6 +48,8 @@ void RecordingKernel::Post(Message message) {
 }
 
 void RecordingKernel::Record(std::string call) {
+    if (events != nullptr)
+        events->Add(call);
     const std::lock_guard lock(m_mutex);
     m_calls.push_back(std::move(call));
 }
@@ -113,6 +115,8 @@ QLResult RecordingKernel::Connect(const char* name, int mode, int option, std::u
 
 QLResult RecordingKernel::Disconnect(std::uint8_t handle) {
     Record(Text("29(%d)", handle));
+    if (onDisconnect)
+        onDisconnect();
     return disconnectResult;
 }
 
@@ -218,6 +222,8 @@ QLResult RecordingKernel::GetCurrentUserName(std::uint8_t, char*) {
 }
 
 void RecordingKernel::Trace(unsigned level, const char* text) {
+    if (events != nullptr)
+        events->Add(Text("329(0x%x, %s)", level, text));
     const std::lock_guard lock(m_mutex);
     m_trace.push_back(Text("0x%x %s", level, text));
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "api/kernel/QLProgramCore.h"
+#include "tests/support/EventList.h"
 
 #include <array>
 #include <atomic>
@@ -24,6 +25,8 @@ public:
         std::vector<unsigned char> bytes;
     };
 
+    CEventList* events = nullptr; // receives each call as well
+
     // ---- script; set before the calls, or from a hook
     QLResult connectResult = QL_OK;
     QLResult disconnectResult = QL_OK;
@@ -41,6 +44,7 @@ public:
     std::map<std::string, std::uint32_t> tagIds;        // of GetTagIdWithStation
     std::function<QLResult(std::uint32_t count, const VfiRecord* records)> onWrite;
     std::function<void()> onReceive; // on the receive thread, before each wait
+    std::function<void()> onDisconnect;
 
     void AddTag(std::uint32_t id, const std::string& name, bool historyEnabled = false);
     void Post(std::uint16_t code, QLResult result = QL_OK);
