@@ -87,6 +87,7 @@ void RpmAckWriter::Head(const PropertyTarget& target) {
 
 void RpmAckWriter::BeginValue(const PropertyTarget& target) {
     Head(target);
+    m_valueFrom = m_writer.Size();
     m_writer.Opening(resultValueTag);
 }
 
@@ -96,6 +97,12 @@ void RpmAckWriter::EndValue() {
 
 void RpmAckWriter::Error(const PropertyTarget& target, std::uint32_t errorClass, std::uint32_t errorCode) {
     Head(target);
+    m_valueFrom = m_writer.Size();
+    ErrorInstead(errorClass, errorCode);
+}
+
+void RpmAckWriter::ErrorInstead(std::uint32_t errorClass, std::uint32_t errorCode) {
+    m_writer.Rewind(m_valueFrom);
     m_writer.Opening(resultErrorTag);
     m_writer.Enumerated(errorClass);
     m_writer.Enumerated(errorCode);

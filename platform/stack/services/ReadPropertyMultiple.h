@@ -41,12 +41,14 @@ private:
 };
 
 // Writes an answer: per property BeginValue, the encoded value, EndValue; or Error. Objects follow as in the request.
+// ErrorInstead takes back what was written since BeginValue, for a value that turns out not to be there.
 class RpmAckWriter {
 public:
     explicit RpmAckWriter(Writer& writer) : m_writer(writer) {}
     void BeginValue(const PropertyTarget& target);
     void EndValue();
     void Error(const PropertyTarget& target, std::uint32_t errorClass, std::uint32_t errorCode);
+    void ErrorInstead(std::uint32_t errorClass, std::uint32_t errorCode);
     void Finish();
 
 private:
@@ -55,6 +57,7 @@ private:
     Writer& m_writer;
     BACSTAC_OBJECT_ID m_object{};
     bool m_open = false;
+    std::size_t m_valueFrom = 0; // where what BeginValue wrote for the value starts
 };
 
 struct RpmResult {

@@ -189,6 +189,20 @@ TEST(ReadPropertyMultipleTest, WritesAndWalksAnswers) {
     EXPECT_TRUE(ack.Ok());
 }
 
+TEST(ReadPropertyMultipleTest, TakesBackAValueForAnError) {
+    EXPECT_EQ(Encoded([](Writer& w) {
+                  RpmAckWriter ack(w);
+                  ack.BeginValue(presentValue);
+                  w.Real(72.3F);
+                  ack.EndValue();
+                  ack.BeginValue({{0, 6}, 85, -1});
+                  w.Real(1.0F);
+                  ack.ErrorInstead(1, 31);
+                  ack.Finish();
+              }),
+              "0C 00 00 00 05 1E 29 55 4E 44 42 90 99 9A 4F 1F 0C 00 00 00 06 1E 29 55 5E 91 01 91 1F 5F 1F");
+}
+
 TEST(ReadPropertyMultipleTest, PassesOverObjectsWithoutProperties) {
     const Octets octets = Hex("0C 00 00 00 05 1E 1F 0C 00 00 00 06 1E 09 55 1F 0C 00 00 00 07 1E 1F");
     RpmRequestReader request(octets);
