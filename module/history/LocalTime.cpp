@@ -105,7 +105,7 @@ std::uint32_t CLocalTimeConverter::ToSeconds(const BACSTAC_DATE_TIME& time) {
         return Narrow(Convert(civil));
     const std::int64_t inHour = civil.minute * 60 + civil.second;
 
-    const std::array<std::uint32_t, 4> day{time.Date.Year, time.Date.Month, time.Date.Day, 0};
+    const std::uint64_t day = (std::uint64_t{time.Date.Year} * 16 + time.Date.Month) * 32 + time.Date.Day;
     if (m_day.key != day) {
         m_day.key = day;
         m_day.begin = Convert({civil.year, civil.month, civil.day, 0, 0, 0});
@@ -117,7 +117,7 @@ std::uint32_t CLocalTimeConverter::ToSeconds(const BACSTAC_DATE_TIME& time) {
     if (m_day.even)
         return Narrow(m_day.begin + civil.hour * 3600 + inHour);
 
-    const std::array<std::uint32_t, 4> hour{time.Date.Year, time.Date.Month, time.Date.Day, time.Time.Hour};
+    const std::uint64_t hour = day * 32 + time.Time.Hour;
     if (m_hour.key != hour) {
         m_hour.key = hour;
         m_hour.begin = Convert({civil.year, civil.month, civil.day, civil.hour, 0, 0});

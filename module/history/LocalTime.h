@@ -4,7 +4,6 @@
 
 #include "api/bacnet/Types.h"
 
-#include <array>
 #include <cstdint>
 
 class CLocalTimeConverter {
@@ -20,7 +19,7 @@ public:
 private:
     // A day or an hour over which seconds are counted on from its begin, if no change of the clock is near.
     struct Span {
-        std::array<std::uint32_t, 4> key{0xFFFFFFFF, 0, 0, 0}; // year, month, day, hour
+        std::uint64_t key = ~std::uint64_t{0}; // of no date
         std::int64_t begin = 0;
         bool even = false;
     };

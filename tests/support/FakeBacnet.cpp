@@ -7,6 +7,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <stdexcept>
 
 namespace {
 
@@ -79,6 +80,13 @@ CFakeBacnet::Object* CFakeBacnet::FindObject(unsigned device, BACSTAC_OBJECT_ID 
     return found == m_devices.end() ? nullptr : found->second.Find(object);
 }
 
+CFakeBacnet::Object& CFakeBacnet::At(unsigned device, BACSTAC_OBJECT_ID const& object) {
+    Object* const found = FindObject(device, object);
+    if (found == nullptr)
+        throw std::out_of_range("the site has no such object: " + Text(object));
+    return *found;
+}
+
 void CFakeBacnet::AddDevice(unsigned device, unsigned short network, const std::string& name) {
     {
         const std::lock_guard lock(m_mutex);
@@ -103,7 +111,7 @@ void CFakeBacnet::AddObject(unsigned device, BACSTAC_OBJECT_ID const& object, co
 void CFakeBacnet::SetValue(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property,
                            FakeValue value) {
     const std::lock_guard lock(m_mutex);
-    FindObject(device, object)->values[property] = std::move(value);
+    At(device, object).values[property] = std::move(value);
 }
 
 bool CFakeBacnet::GetValue(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property,
@@ -118,7 +126,7 @@ bool CFakeBacnet::GetValue(unsigned device, BACSTAC_OBJECT_ID const& object, BAC
 
 void CFakeBacnet::AddLogEntry(unsigned device, BACSTAC_OBJECT_ID const& object, FakeLogEntry entry) {
     const std::lock_guard lock(m_mutex);
-    FindObject(device, object)->log.push_back(std::move(entry));
+    At(device, object).log.push_back(std::move(entry));
 }
 
 void CFakeBacnet::AddLogEntries(unsigned device, BACSTAC_OBJECT_ID const& object,
@@ -129,7 +137,7 @@ void CFakeBacnet::AddLogEntries(unsigned device, BACSTAC_OBJECT_ID const& object
 
 void CFakeBacnet::ClearLog(unsigned device, BACSTAC_OBJECT_ID const& object) {
     const std::lock_guard lock(m_mutex);
-    FindObject(device, object)->log.clear();
+    At(device, object).log.clear();
 }
 
 void CFakeBacnet::SetFault(const std::string& event, BACSTAC_STATUS status, BACSTAC_ERROR const& error, int skip,

@@ -61,7 +61,7 @@ public:
     explicit CFakeBacnet(CEventList& events);
     ~CFakeBacnet() override;
 
-    // ---- the site
+    // ---- the site; naming an object that was not added throws std::out_of_range
     void AddDevice(unsigned device, unsigned short network = 0, const std::string& name = {});
     // Protocol_Version and Protocol_Revision of the device object. Without them a device does not answer for them.
     void SetProtocol(unsigned device, unsigned version, unsigned revision);
@@ -175,7 +175,9 @@ private:
     BACSTAC_STATUS Unsupported(const std::string& event, BACSTAC_ERROR* error);
     BACSTAC_STATUS Read(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property, int arrayIndex,
                         BACSTAC_ERROR* error, FakeValue& value);
-    Object* FindObject(unsigned device, BACSTAC_OBJECT_ID const& object); // with the mutex held
+    // With the mutex held.
+    Object* FindObject(unsigned device, BACSTAC_OBJECT_ID const& object);
+    Object& At(unsigned device, BACSTAC_OBJECT_ID const& object); // throws when the site has none
     std::pair<std::size_t, std::size_t> Select(const std::vector<FakeLogEntry>& log,
                                                BACSTAC_READ_RANGE_SPEC const& spec) const;
 
