@@ -3,7 +3,7 @@
 #include "api/kernel/VfiRecord.h"
 
 #include <ctime>
-#include <limits>
+#include <initializer_list>
 
 namespace {
 
