@@ -2,7 +2,15 @@
 
 #include <chrono>
 #include <memory>
+#include <mutex>
 #include <vector>
+
+#if defined(__linux__)
+#include <ctime>
+#include <linux/futex.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
 
 namespace bacnet {
 
@@ -55,6 +63,40 @@ Waiter& Waiter::OfThisThread() {
     return lease.Get();
 }
 
+#if defined(__linux__)
+
+namespace {
+
+constexpr std::uint32_t QUIET = 0;
+constexpr std::uint32_t ASLEEP = 1;
+constexpr std::uint32_t SIGNALLED = 2;
+
+long Futex(std::atomic<std::uint32_t>& word, int operation, std::uint32_t value, const timespec* timeout) {
+    static_assert(sizeof(word) == sizeof(std::uint32_t) && std::atomic<std::uint32_t>::is_always_lock_free);
+    return ::syscall(SYS_futex, reinterpret_cast<std::uint32_t*>(&word), operation, value, timeout, nullptr, 0);
+}
+
+} // namespace
+
+void Waiter::Signal() {
+    if (m_state.exchange(SIGNALLED) == ASLEEP)
+        Futex(m_state, FUTEX_WAKE_PRIVATE, 1, nullptr);
+}
+
+void Waiter::Wait(Millis timeout) {
+    std::uint32_t state = QUIET;
+    if (timeout > 0 && m_state.compare_exchange_strong(state, ASLEEP)) {
+        timespec span{};
+        span.tv_sec = static_cast<time_t>(timeout / 1000);
+        span.tv_nsec = static_cast<long>(timeout % 1000) * 1000000L;
+        // Returns at once when a signal came in between; all other reasons to return are good enough too.
+        Futex(m_state, FUTEX_WAIT_PRIVATE, ASLEEP, &span);
+    }
+    m_state.exchange(QUIET);
+}
+
+#else
+
 void Waiter::Signal() {
     {
         const std::lock_guard lock(m_mutex);
@@ -69,5 +111,7 @@ void Waiter::Wait(Millis timeout) {
         m_signal.wait_for(lock, std::chrono::milliseconds(timeout), [this] { return m_signalled; });
     m_signalled = false;
 }
+
+#endif
 
 } // namespace bacnet

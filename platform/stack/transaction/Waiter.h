@@ -7,8 +7,12 @@
 
 #include "platform/stack/transaction/Clock.h"
 
+#include <atomic>
+#include <cstdint>
+#if !defined(__linux__)
 #include <condition_variable>
 #include <mutex>
+#endif
 
 namespace bacnet {
 
@@ -22,9 +26,14 @@ public:
     void Wait(Millis timeout);
 
 private:
+#if defined(__linux__)
+    // One word and the system's futex: with many callers at once a condition variable's own lock is met too often.
+    std::atomic<std::uint32_t> m_state{0};
+#else
     std::mutex m_mutex;
     std::condition_variable m_signal;
     bool m_signalled = false; // m_mutex
+#endif
 };
 
 } // namespace bacnet
