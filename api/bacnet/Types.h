@@ -113,9 +113,10 @@ struct BACSTAC_DATE_TIME {
 };
 static_assert(sizeof(BACSTAC_DATE_TIME) == 20);
 
-// A value, or room for one. DataType is negative and ElementCount 0 while no decoded value is present. A service
-// decodes into Buffer, at most BufferSize bytes, and sets DataType and ElementCount: one element or an array of them,
-// in the decoded layout of the type (character strings: one NUL-terminated string behind the other).
+// A value, or room for one. DataType is negative while no decoded value is present, and ElementCount 0 unless the
+// octets that could not be decoded are there (TYPE_RAW). A service decodes into Buffer, at most BufferSize bytes, and
+// sets DataType and ElementCount: one element or an array of them, in the decoded layout of the type (character
+// strings: one NUL-terminated string behind the other).
 struct BACSTAC_PROPERTY_CONTENTS {
     BACSTAC_DATA_TYPE DataType;
     void* Buffer;

@@ -1,6 +1,8 @@
 // Tags of the BACnet encoding (ANSI/ASHRAE 135 clause 20.2.1), and what can be wrong with encoded octets.
 #pragma once
 
+#include "platform/stack/schema/ApplicationTag.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -19,23 +21,6 @@ struct Tag {
     TagKind Kind = TagKind::application;
     std::uint32_t Length = 0; // octets of the contents; 0 for opening, closing and the application boolean
     bool Value = false;       // of an application boolean, which has no contents
-};
-
-// Application tag numbers (clause 20.2.1.4).
-enum ApplicationTag : std::uint8_t {
-    TAG_NULL = 0,
-    TAG_BOOLEAN = 1,
-    TAG_UNSIGNED = 2,
-    TAG_SIGNED = 3,
-    TAG_REAL = 4,
-    TAG_DOUBLE = 5,
-    TAG_OCTET_STRING = 6,
-    TAG_CHARACTER_STRING = 7,
-    TAG_BIT_STRING = 8,
-    TAG_ENUMERATED = 9,
-    TAG_DATE = 10,
-    TAG_TIME = 11,
-    TAG_OBJECT_ID = 12,
 };
 
 enum class DecodeError : std::uint8_t {
