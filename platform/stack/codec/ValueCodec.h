@@ -24,6 +24,13 @@ enum class DecodeResult : std::uint8_t {
     malformed, // no tagged values at all: contents hold nothing (TYPE_NONE)
 };
 
+// Decodes the value of a property as ReadProperty carries it, between its opening and closing tags, into
+// contents.Buffer, and sets DataType and ElementCount. The type is the one that the standard gives the property; a
+// value that is not of that type is taken by its application tags, and one without them is kept raw. arrayIndex: as it
+// was asked for; 0 is the array's size.
+DecodeResult DecodeProperty(std::span<const std::uint8_t> encoded, BACSTAC_OBJECT_TYPE objectType,
+                            BACSTAC_PROPERTY_ID property, int arrayIndex, BACSTAC_PROPERTY_CONTENTS& contents);
+
 // Decodes values that stand one behind the other, all of this type; what the elements of a log buffer are (types 39, 54
 // and 55). On malformed, contents hold the elements before the fault, and fault, if wanted, says where and what it is.
 struct DecodeFault {
