@@ -8,8 +8,6 @@ namespace sim {
 
 namespace {
 
-constexpr LocalTime DEFAULT_BASE_DAYS = 20454; // 2026-01-01
-
 struct PointType {
     BACSTAC_OBJECT_TYPE Type;
     std::uint32_t Kind;
@@ -38,7 +36,7 @@ LogConfig MakeLog(const Counts& counts, std::uint32_t device, BACSTAC_OBJECT_ID 
     log.Generated = counts.Records;
     GeneratorConfig generator;
     generator.Seed = MixSeed(MixSeed(counts.Seed, device), std::uint64_t{id.Type} << 32 | id.Instance);
-    const LocalTime base = counts.Base != 0 ? counts.Base : DEFAULT_BASE_DAYS * HUNDREDTHS_PER_DAY;
+    const LocalTime base = counts.Base != 0 ? counts.Base : DEFAULT_RECORD_BASE;
     // Logs do not start at the same hundredth, so that positions differ from log to log.
     generator.Base = base + id.Instance % 100;
     generator.Interval = LocalTime{std::max(counts.IntervalSeconds, 1U)} * HUNDREDTHS_PER_SECOND;

@@ -12,6 +12,9 @@ namespace sim {
 // Stands in a list of kinds for all data kinds in turn, record by record.
 inline constexpr std::uint32_t MIXED_KINDS = 0xFFFFFFFFU;
 
+// 2026-01-01 00:00, where generated logs begin unless they are told otherwise.
+inline constexpr LocalTime DEFAULT_RECORD_BASE = 20454 * HUNDREDTHS_PER_DAY;
+
 struct GeneratorConfig {
     std::uint64_t Seed = 0;              // already mixed with what names the log
     LocalTime Base = 0;                  // time stamp of record 0

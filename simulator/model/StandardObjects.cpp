@@ -166,51 +166,6 @@ Value ServicesSupported(const DeviceConfig& config) {
 
 } // namespace
 
-bool IsRequired(BACSTAC_OBJECT_TYPE type, BACSTAC_PROPERTY_ID property) {
-    const auto isIn = [property](std::span<const BACSTAC_PROPERTY_ID> list) {
-        return std::find(list.begin(), list.end(), property) != list.end();
-    };
-    static constexpr BACSTAC_PROPERTY_ID EVERY[] = {PROP_OBJECT_IDENTIFIER, PROP_OBJECT_NAME, PROP_OBJECT_TYPE};
-    static constexpr BACSTAC_PROPERTY_ID POINT[] = {PROP_PRESENT_VALUE, PROP_STATUS_FLAGS, PROP_EVENT_STATE,
-                                                    PROP_OUT_OF_SERVICE};
-    static constexpr BACSTAC_PROPERTY_ID OUTPUT[] = {PROP_PRIORITY_ARRAY, PROP_RELINQUISH_DEFAULT};
-    static constexpr BACSTAC_PROPERTY_ID DEVICE[] = {PROP_SYSTEM_STATUS,
-                                                     PROP_VENDOR_NAME,
-                                                     PROP_VENDOR_IDENTIFIER,
-                                                     PROP_MODEL_NAME,
-                                                     PROP_FIRMWARE_REVISION,
-                                                     PROP_APPLICATION_SOFTWARE_VERSION,
-                                                     PROP_PROTOCOL_VERSION,
-                                                     PROP_PROTOCOL_REVISION,
-                                                     PROP_PROTOCOL_SERVICES_SUPPORTED,
-                                                     PROP_PROTOCOL_OBJECT_TYPES_SUPPORTED,
-                                                     PROP_OBJECT_LIST,
-                                                     PROP_MAX_APDU_LENGTH_ACCEPTED,
-                                                     PROP_SEGMENTATION_SUPPORTED,
-                                                     PROP_APDU_TIMEOUT,
-                                                     PROP_NUMBER_OF_APDU_RETRIES,
-                                                     PROP_DEVICE_ADDRESS_BINDING,
-                                                     PROP_DATABASE_REVISION};
-    static constexpr BACSTAC_PROPERTY_ID LOG[] = {PROP_ENABLE,      PROP_STOP_WHEN_FULL, PROP_BUFFER_SIZE,
-                                                  PROP_LOG_BUFFER,  PROP_RECORD_COUNT,   PROP_TOTAL_RECORD_COUNT,
-                                                  PROP_EVENT_STATE, PROP_LOGGING_TYPE,   PROP_STATUS_FLAGS};
-    if (isIn(EVERY))
-        return true;
-    if (type == OBJ_DEVICE)
-        return isIn(DEVICE);
-    if (type == OBJ_TREND_LOG)
-        return isIn(LOG);
-    if (type == OBJ_TREND_LOG_MULTIPLE)
-        return isIn(LOG) || property == PROP_LOG_DEVICE_OBJECT_PROPERTY || property == PROP_LOG_INTERVAL;
-    if (!IsAnalog(type) && !IsBinary(type) && !IsMultiState(type))
-        return false;
-    if (IsOutput(type) && isIn(OUTPUT))
-        return true;
-    return isIn(POINT) || (IsAnalog(type) && property == PROP_UNITS) ||
-           (IsBinary(type) && type != OBJ_BINARY_VALUE && property == PROP_POLARITY) ||
-           (IsMultiState(type) && property == PROP_NUMBER_OF_STATES);
-}
-
 std::string DefaultName(BACSTAC_OBJECT_ID id) {
     for (const TypeName& known : TYPE_NAMES)
         if (known.Type == id.Type)

@@ -14,9 +14,6 @@ std::unique_ptr<Object> MakeObject(const ObjectConfig& config);
 // The stored properties of the device object; the others are computed by it.
 void AddDeviceProperties(const DeviceConfig& config, Object& device);
 
-// Whether the standard wants the property of every object of this type; what a multiple read of REQUIRED gives.
-bool IsRequired(BACSTAC_OBJECT_TYPE type, BACSTAC_PROPERTY_ID property);
-
 // "Analog Input 3": the name of an object that was given none.
 std::string DefaultName(BACSTAC_OBJECT_ID id);
 

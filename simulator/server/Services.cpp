@@ -1,8 +1,8 @@
 #include "simulator/server/Services.h"
 
 #include "platform/stack/network/Apdu.h"
+#include "platform/stack/schema/ObjectTypes.h"
 #include "platform/stack/services/ReadPropertyMultiple.h"
-#include "simulator/model/StandardObjects.h"
 #include "simulator/server/RangeAnswer.h"
 
 #include <algorithm>
@@ -55,8 +55,7 @@ Outcome ReadProperty(const Device& device, std::span<const std::uint8_t> paramet
 // Writes the answers to the references of a multiple read, one by one.
 class MultipleAnswer {
 public:
-    MultipleAnswer(const Device& device, bacnet::Writer& writer, std::span<std::uint8_t> values)
-        : m_device(device), m_writer(writer), m_ack(writer), m_values(values) {}
+    MultipleAnswer(const Device& device, bacnet::Writer& writer) : m_device(device), m_writer(writer), m_ack(writer) {}
 
     void Answer(PropertyTarget target) {
         const Object* object = m_device.Find(target.Object);
@@ -74,42 +73,41 @@ public:
     void Finish() { m_ack.Finish(); }
 
 private:
-    // The value goes to memory of its own first: what BeginValue writes could not be taken back for an error.
     void AnswerOne(const Object& object, const PropertyTarget& target) {
-        bacnet::Writer value(m_values);
-        const PropertyError error = object.Read(target.Property, IndexOf(target), value);
-        if (!error.Ok()) {
-            m_ack.Error(target, error.Class, error.Code);
-            return;
-        }
         m_ack.BeginValue(target);
-        m_writer.Octets(value.Written());
-        m_ack.EndValue();
+        const PropertyError error = object.Read(target.Property, IndexOf(target), m_writer);
+        if (error.Ok())
+            m_ack.EndValue();
+        else
+            m_ack.ErrorInstead(error.Class, error.Code);
     }
 
     // Clause 15.7.3.1: Property_List is in none of the groups.
     void AnswerGroup(const Object& object, PropertyTarget target) {
         const BACSTAC_PROPERTY_ID group = target.Property;
         for (const BACSTAC_PROPERTY_ID property : object.Properties()) {
-            const bool required = IsRequired(object.Id().Type, property);
-            if (group == PROP_ALL || required == (group == PROP_REQUIRED)) {
-                target.Property = property;
-                AnswerOne(object, target);
-            }
+            if (group != PROP_ALL && IsRequired(object, property) != (group == PROP_REQUIRED))
+                continue;
+            target.Property = property;
+            AnswerOne(object, target);
         }
+    }
+
+    static bool IsRequired(const Object& object, BACSTAC_PROPERTY_ID property) {
+        const bacnet::PropertyInfo* info = bacnet::FindProperty(object.Id().Type, property);
+        return info != nullptr && info->Required;
     }
 
     const Device& m_device;
     bacnet::Writer& m_writer;
     bacnet::RpmAckWriter m_ack;
-    std::span<std::uint8_t> m_values;
 };
 
 Outcome ReadPropertyMultiple(const Device& device, std::span<const std::uint8_t> parameters, const AnswerRoom& room,
                              Scratch& scratch) {
     bacnet::RpmRequestReader request(parameters);
     bacnet::Writer writer = AnswerWriter(room, scratch);
-    MultipleAnswer answer(device, writer, scratch.Items);
+    MultipleAnswer answer(device, writer);
     PropertyTarget target;
     bool any = false;
     // The whole request is looked at even when the answer is too long already: a malformed one is rejected.
