@@ -176,6 +176,10 @@ void ReadIdentity(CTableReader& reader, IdentityConfig& identity) {
     reader.Integer("instance", 0, MAX_DEVICE, identity.instance);
     reader.Text("name", 255, identity.name);
     reader.Check("name", !identity.name.empty(), "must not be empty");
+    reader.Text("description", 255, identity.description);
+    reader.Text("location", 255, identity.location);
+    reader.Integer("vendor_id", 0, 65535, identity.vendorId);
+    reader.Text("vendor_name", 255, identity.vendorName);
     reader.Integer("local_network", 0, MAX_NETWORK, identity.localNetwork);
     reader.Integer("process_identifier", 0, 0xFFFFFFFF, identity.processIdentifier);
     ReadGroups(reader, identity.groups);
@@ -276,6 +280,7 @@ void ReadRoot(const toml::table& table, Config& config, Faults& faults) {
     ReadSection(root, "station", faults, [&](CTableReader& r) {
         r.Text("name", 15, config.station);
         r.Check("name", config.station.find(':') == std::string::npos, "must not hold a colon");
+        r.Integer("number", 0, 65535, config.stationNumber);
         r.Boolean("active", config.stationActive);
     });
     ReadSections(root, "network", faults, [&](CTableReader& r) { ReadNetwork(r, config.networks); });

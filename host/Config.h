@@ -15,6 +15,10 @@
 struct IdentityConfig {
     std::uint32_t instance = 4194302; // 0..4194302
     std::string name = "bdc";
+    std::string description;
+    std::string location;
+    std::uint16_t vendorId = 0;          // vendor_id, as the standard's committee assigns them
+    std::string vendorName;              // vendor_name
     std::uint16_t localNetwork = 0;      // number shown for the network that has none, 0..65534
     std::uint32_t processIdentifier = 1; // of event notifications
     std::vector<std::string> groups;     // object window groups to choose from
@@ -25,7 +29,7 @@ struct NetworkConfig {
     std::uint16_t number = 0;     // 0..65534; 0 when the network has no number
     std::string bind = "0.0.0.0"; // IPv4 address to receive on
     std::uint16_t port = 47808;   // 1..65535
-    std::string broadcast;        // IPv4 address for broadcasts; empty: 255.255.255.255
+    std::string broadcast;        // IPv4 address for broadcasts; empty: that of the network bind lies in
 };
 
 // [stack]
@@ -60,8 +64,9 @@ struct TagConfig {
 
 struct Config {
     IdentityConfig identity;
-    std::string station = "LOCAL"; // [station] name, up to 15 bytes; empty: tags are named without a station
-    bool stationActive = true;     // [station] active; a passive station transfers no history
+    std::string station = "LOCAL";   // [station] name, up to 15 bytes; empty: tags are named without a station
+    std::uint16_t stationNumber = 1; // [station] number 0..65535: the high half of tag ids in the history
+    bool stationActive = true;       // [station] active; a passive station transfers no history
     std::vector<NetworkConfig> networks;
     StackConfig stack;
     std::string dataFolder;                      // [data] folder; empty: the default one. A relative path is taken

@@ -72,10 +72,11 @@ struct LibraryRule {
     bool inHeaders;
 };
 
-// Libraries that stay behind a wall: named folders only, and the heavy ones never in a header.
+// Libraries that stay behind a wall: named folders only, and the heavy ones never in a header. The first rule counts.
 const std::vector<LibraryRule>& LibraryRules() {
     static const std::vector<LibraryRule> RULES{
         {"CLI/", {"host", "simulator", "bench", "tests"}, false},
+        {"nlohmann/json_fwd.hpp", {"host"}, true},
         {"nlohmann/", {"host", "module", "platform", "bench", "tests"}, false},
         {"spdlog/", {"platform/stack", "tests"}, false},
         {"sqlite3.h", {"platform/historian", "bench", "tests"}, true},
@@ -138,6 +139,7 @@ std::string CIncludeRules::LibraryFault(const SourceFile& file, const std::strin
             return "<" + target + "> does not belong here";
         if (file.IsHeader() && !rule.inHeaders)
             return "<" + target + "> is for sources, never for a header";
+        break;
     }
     return {};
 }

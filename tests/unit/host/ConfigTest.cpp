@@ -39,6 +39,7 @@ TEST(Config, AnEmptyFileGivesTheDefaults) {
     EXPECT_EQ(config.identity.name, "bdc");
     EXPECT_EQ(config.identity.processIdentifier, 1U);
     EXPECT_EQ(config.station, "LOCAL");
+    EXPECT_EQ(config.stationNumber, 1U);
     EXPECT_TRUE(config.stationActive);
     ASSERT_EQ(config.networks.size(), 1U);
     EXPECT_EQ(config.networks[0].number, 0U);
@@ -59,11 +60,16 @@ TEST(Config, ReadsEveryField) {
 [identity]
 instance = 17
 name = "Züri Süd"
+description = "Control room"
+location = "Cellar"
+vendor_id = 999
+vendor_name = "Example"
 local_network = 5
 process_identifier = 4294967295
 groups = ["HVAC", "Lighting"]
 [station]
 name = ""
+number = 3
 active = false
 [[network]]
 number = 5
@@ -108,10 +114,15 @@ initial = 12
 )");
     EXPECT_EQ(config.identity.instance, 17U);
     EXPECT_EQ(config.identity.name, "Züri Süd");
+    EXPECT_EQ(config.identity.description, "Control room");
+    EXPECT_EQ(config.identity.location, "Cellar");
+    EXPECT_EQ(config.identity.vendorId, 999U);
+    EXPECT_EQ(config.identity.vendorName, "Example");
     EXPECT_EQ(config.identity.localNetwork, 5U);
     EXPECT_EQ(config.identity.processIdentifier, 4294967295U);
     EXPECT_THAT(config.identity.groups, ElementsAre("HVAC", "Lighting"));
     EXPECT_EQ(config.station, "");
+    EXPECT_EQ(config.stationNumber, 3U);
     EXPECT_FALSE(config.stationActive);
     ASSERT_EQ(config.networks.size(), 2U);
     EXPECT_EQ(config.networks[0].bind, "127.1.2.3");

@@ -1,0 +1,210 @@
+#include "host/Render.h"
+
+#include <fmt/core.h>
+#include <nlohmann/json.hpp>
+
+#include <cstdio>
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// Never throws: what the instance gave is parsed once already, an unexpected kind prints as JSON.
+std::string ValueText(const Json& value) {
+    if (value.is_string())
+        return Printable(value.get<std::string>());
+    return value.is_null() ? std::string("-") : value.dump();
+}
+
+std::string Member(const Json& json, const char* name) {
+    const auto found = json.find(name);
+    return found == json.end() ? std::string("-") : ValueText(*found);
+}
+
+Json Parse(const std::string& text) {
+    Json json = Json::parse(text, nullptr, false);
+    return json.is_object() ? json : Json::object();
+}
+
+void PrintFailure(const ControlReply& reply) {
+    if (!reply.error.empty())
+        fmt::print(stderr, "bdc: {}\n", Printable(reply.error));
+}
+
+class CJsonRenderer : public IRenderer {
+public:
+    explicit CJsonRenderer(const char* list) : m_list(list != nullptr ? list : "") {}
+
+    void Row(const std::string& json) override {
+        if (m_list.empty()) // the progress of a command whose result comes at the end
+            return;
+        fmt::print("{}{}", m_rows++ == 0 ? "{\"" + m_list + "\":[\n" : ",\n", json);
+    }
+
+    void End(const ControlReply& reply) override {
+        Json rest = Parse(reply.result);
+        if (reply.code != EXIT_DONE) {
+            rest["code"] = reply.code;
+            rest["error"] = reply.error;
+        }
+        const std::string members = rest.dump(-1, ' ', false, Json::error_handler_t::replace);
+        if (m_list.empty() || (m_rows == 0 && reply.code != EXIT_DONE))
+            fmt::print("{}\n", members);
+        else
+            fmt::print("{}]{}{}\n", m_rows == 0 ? "{\"" + m_list + "\":[" : "\n", rest.empty() ? "" : ",",
+                       members.substr(1));
+    }
+
+private:
+    const std::string m_list;
+    std::uint64_t m_rows = 0;
+};
+
+class CCsvRenderer : public IRenderer {
+public:
+    CCsvRenderer() { fmt::print("time,value\r\n"); }
+
+    void Row(const std::string& json) override {
+        const Json row = Parse(json);
+        const auto value = row.find("value");
+        std::string text = Member(row, "value");
+        if (value != row.end() && value->is_string())
+            text = Quoted(value->get<std::string>());
+        fmt::print("{},{}\r\n", Member(row, "time"), text);
+    }
+
+    void End(const ControlReply& reply) override { PrintFailure(reply); }
+
+private:
+    static std::string Quoted(const std::string& text) {
+        if (text.find_first_of(",\"\r\n") == std::string::npos)
+            return text;
+        std::string quoted = "\"";
+        for (const char character : text)
+            quoted += character == '"' ? "\"\"" : std::string(1, character);
+        return quoted + "\"";
+    }
+};
+
+// A line per row and per result, made by two functions; either may be null.
+class CTextRenderer : public IRenderer {
+public:
+    using Line = std::string (*)(const Json&);
+    CTextRenderer(Line row, Line result, std::FILE* rows) : m_row(row), m_result(result), m_rows(rows) {}
+
+    void Row(const std::string& json) override {
+        if (m_row != nullptr)
+            fmt::print(m_rows, "{}\n", m_row(Parse(json)));
+    }
+
+    void End(const ControlReply& reply) override {
+        if (m_result != nullptr && !reply.result.empty()) {
+            const std::string text = m_result(Parse(reply.result));
+            if (!text.empty())
+                fmt::print("{}\n", text);
+        }
+        PrintFailure(reply);
+    }
+
+private:
+    const Line m_row;
+    const Line m_result;
+    std::FILE* const m_rows;
+};
+
+std::string TagLine(const Json& tag) {
+    return fmt::format("{:<47} {:<8} {} {}", Member(tag, "name"), Member(tag, "type"), Member(tag, "value"),
+                       Member(tag, "unit"));
+}
+
+std::string TagValueLine(const Json& tag) {
+    return Member(tag, "value");
+}
+
+std::string CountLine(const Json& row) {
+    const std::string name = Member(row, "tag");
+    return fmt::format("{:<47} {:>10}", name == "-" ? "(tag id " + Member(row, "id") + ")" : name,
+                       Member(row, "records"));
+}
+
+std::string CountResult(const Json& result) {
+    return result.contains("tag") ? Member(result, "records")
+                                  : fmt::format("{:<47} {:>10}", "total", Member(result, "records"));
+}
+
+std::string RecordLine(const Json& record) {
+    return Member(record, "time") + "  " + Member(record, "value");
+}
+
+std::string ProgressLine(const Json& status) {
+    return fmt::format("{} of {} objects ({} %), device {}, {}", Member(status, "current"), Member(status, "total"),
+                       Member(status, "percent"), Member(status, "device"), Member(status, "object"));
+}
+
+std::string TransferResult(const Json& result) {
+    if (result.contains("started"))
+        return "started";
+    return fmt::format("ended {}, {} errors", Member(result, "lastTransferTime"), Member(result, "errors"));
+}
+
+std::string StatusText(const Json& status) {
+    const Json history = status.contains("history") ? status["history"] : Json::object();
+    const std::string time = Member(history, "lastTransferTime");
+    const bool isRunning = Member(history, "running") == "true";
+    std::string text = fmt::format("bdc {}, process {}, {} s on {}\n", Member(status, "version"),
+                                   Member(status, "process"), Member(status, "seconds"), Member(status, "folder"));
+    text += fmt::format("{} tags, {} devices known\n", Member(status, "tags"), Member(status, "devices"));
+    text += fmt::format("history transfer  {}\n", isRunning ? "running: " + ProgressLine(history) : "not running");
+    text += fmt::format("last transfer     {}\n", time.empty() || time == "-" ? "never" : time);
+    text += "errors            " + Member(history, "errors");
+    if (Member(history, "errors") != "0")
+        text += ", the last one: " + Member(history, "lastError");
+    return text;
+}
+
+struct TextForm {
+    const char* command;
+    CTextRenderer::Line row;
+    CTextRenderer::Line result;
+};
+
+constexpr TextForm TEXT_FORMS[] = {
+    {"history count", CountLine, CountResult},
+    {"history query", RecordLine, nullptr},
+    {"history transfer", ProgressLine, TransferResult},
+    {"status", nullptr, StatusText},
+    {"tag get", nullptr, TagValueLine},
+    {"tag list", TagLine, nullptr},
+    {"tag set", nullptr, TagValueLine},
+};
+
+} // namespace
+
+std::string Printable(const std::string& text) {
+    std::string printable;
+    for (const char character : text) {
+        const auto code = static_cast<unsigned char>(character);
+        if (code < 0x20 || code == 0x7F)
+            printable += fmt::format("\\x{:02X}", code);
+        else
+            printable += character;
+    }
+    return printable;
+}
+
+std::unique_ptr<IRenderer> MakeJsonRenderer(const char* list) {
+    return std::make_unique<CJsonRenderer>(list);
+}
+
+std::unique_ptr<IRenderer> MakeCsvRenderer() {
+    return std::make_unique<CCsvRenderer>();
+}
+
+std::unique_ptr<IRenderer> MakeTextRenderer(const std::string& command) {
+    for (const TextForm& form : TEXT_FORMS) {
+        if (command == form.command)
+            return std::make_unique<CTextRenderer>(form.row, form.result,
+                                                   command == "history transfer" ? stderr : stdout);
+    }
+    return std::make_unique<CTextRenderer>(nullptr, nullptr, stdout);
+}
