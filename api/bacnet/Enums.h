@@ -13,13 +13,23 @@ inline constexpr BACSTAC_OBJECT_TYPE OBJ_BINARY_OUTPUT = 4;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_BINARY_VALUE = 5;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_CALENDAR = 6;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_DEVICE = 8;
+inline constexpr BACSTAC_OBJECT_TYPE OBJ_EVENT_ENROLLMENT = 9;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_FILE = 10;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_MULTI_STATE_INPUT = 13;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_MULTI_STATE_OUTPUT = 14;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_MULTI_STATE_VALUE = 19;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_TREND_LOG = 20;
+inline constexpr BACSTAC_OBJECT_TYPE OBJ_LIFE_SAFETY_POINT = 21;
+inline constexpr BACSTAC_OBJECT_TYPE OBJ_LIFE_SAFETY_ZONE = 22;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_EVENT_LOG = 25;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_TREND_LOG_MULTIPLE = 27;
+inline constexpr BACSTAC_OBJECT_TYPE OBJ_LOAD_CONTROL = 28;
+inline constexpr BACSTAC_OBJECT_TYPE OBJ_ACCESS_DOOR = 30;
+inline constexpr BACSTAC_OBJECT_TYPE OBJ_TIMER = 31;
+inline constexpr BACSTAC_OBJECT_TYPE OBJ_ACCESS_ZONE = 36;
+inline constexpr BACSTAC_OBJECT_TYPE OBJ_BINARY_LIGHTING_OUTPUT = 55;
+inline constexpr BACSTAC_OBJECT_TYPE OBJ_ESCALATOR = 58;
+inline constexpr BACSTAC_OBJECT_TYPE OBJ_LIFT = 59;
 
 // Properties (clause 21, BACnetPropertyIdentifier).
 inline constexpr BACSTAC_PROPERTY_ID PROP_ALL = 8;
@@ -188,7 +198,8 @@ inline constexpr ENUM_TYPE_ID ENUM_ACCUMULATOR_STATUS = 79;
 inline constexpr ENUM_TYPE_ID ENUM_VT_CLASS = 80;
 inline constexpr ENUM_TYPE_ID ENUM_AUDIT_OPERATION_FLAGS = 81;
 inline constexpr ENUM_TYPE_ID ENUM_SUCCESS_FILTER = 82;
-inline constexpr ENUM_TYPE_ID ENUM_LAST = 82;
+inline constexpr ENUM_TYPE_ID ENUM_AUTHORIZATION_EXEMPTION = 83;
+inline constexpr ENUM_TYPE_ID ENUM_LAST = 83;
 
 // Printing an any-value: an object type and a property that no table has.
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_NO_TYPE = 0x3FF;
