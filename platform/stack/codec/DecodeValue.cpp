@@ -27,35 +27,54 @@ std::uint32_t Load32(const std::uint8_t* from) {
 
 // One primitive that lies in the record itself. to has room for the type's size.
 bool DecodePrimitive(Reader& in, BACSTAC_DATA_TYPE type, int tag, std::uint8_t* to) {
-    const auto read = [&](auto value, bool (Reader::*method)(decltype(value)&, int)) {
-        if (!(in.*method)(value, tag))
-            return false;
-        Store(to, value);
-        return true;
+    const auto store = [to](bool read, const auto& value) {
+        if (read)
+            Store(to, value);
+        return read;
     };
     switch (type) {
     case TYPE_NULL:
         return in.Null(tag);
-    case TYPE_BOOLEAN:
-        return read(false, &Reader::Boolean);
-    case TYPE_UNSIGNED:
-        return read(std::uint32_t{0}, &Reader::Unsigned);
-    case TYPE_SIGNED:
-        return read(std::int32_t{0}, &Reader::Signed);
-    case TYPE_REAL:
-        return read(0.0F, &Reader::Real);
-    case TYPE_DOUBLE:
-        return read(0.0, &Reader::Double);
-    case TYPE_BIT_STRING:
-        return read(BACSTAC_BIT_STRING{}, &Reader::BitString);
-    case TYPE_ENUMERATED:
-        return read(std::uint32_t{0}, &Reader::Enumerated);
-    case TYPE_DATE:
-        return read(BACSTAC_DATE{}, &Reader::Date);
-    case TYPE_TIME:
-        return read(BACSTAC_TIME{}, &Reader::Time);
-    case TYPE_OBJECT_ID:
-        return read(BACSTAC_OBJECT_ID{}, &Reader::ObjectId);
+    case TYPE_BOOLEAN: {
+        bool value = false;
+        return store(in.Boolean(value, tag), value);
+    }
+    case TYPE_UNSIGNED: {
+        std::uint32_t value = 0;
+        return store(in.Unsigned(value, tag), value);
+    }
+    case TYPE_SIGNED: {
+        std::int32_t value = 0;
+        return store(in.Signed(value, tag), value);
+    }
+    case TYPE_REAL: {
+        float value = 0;
+        return store(in.Real(value, tag), value);
+    }
+    case TYPE_DOUBLE: {
+        double value = 0;
+        return store(in.Double(value, tag), value);
+    }
+    case TYPE_BIT_STRING: {
+        BACSTAC_BIT_STRING value{};
+        return store(in.BitString(value, tag), value);
+    }
+    case TYPE_ENUMERATED: {
+        std::uint32_t value = 0;
+        return store(in.Enumerated(value, tag), value);
+    }
+    case TYPE_DATE: {
+        BACSTAC_DATE value{};
+        return store(in.Date(value, tag), value);
+    }
+    case TYPE_TIME: {
+        BACSTAC_TIME value{};
+        return store(in.Time(value, tag), value);
+    }
+    case TYPE_OBJECT_ID: {
+        BACSTAC_OBJECT_ID value{};
+        return store(in.ObjectId(value, tag), value);
+    }
     case TYPE_WEEK_N_DAY: {
         std::span<const std::uint8_t> octets;
         if (!in.OctetString(octets, tag))
@@ -234,7 +253,7 @@ private:
 
     static bool IsBracketed(const Member& member) {
         return member.Form == MemberForm::list || member.Form == MemberForm::any ||
-               (member.Form == MemberForm::value && FindType(member.Type)->Kind != TypeKind::primitive);
+               (member.Form == MemberForm::value && !IsPrimitiveType(member.Type));
     }
 
     bool IsNext(const Tag& tag, const Member& member) const {
@@ -258,7 +277,8 @@ private:
         std::uint8_t* to = record + member.Offset;
         switch (member.Form) {
         case MemberForm::value:
-            return Element(*FindType(member.Type), member.Context, to);
+            return IsPrimitiveType(member.Type) ? DecodePrimitive(m_in, member.Type, member.Context, to)
+                                                : Element(*FindType(member.Type), member.Context, to);
         case MemberForm::list:
             return ListOf(member, to);
         case MemberForm::any:

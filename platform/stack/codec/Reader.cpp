@@ -200,11 +200,6 @@ bool Reader::Signed(std::int32_t& value, int tag) {
     return Primitive(tag, TAG_SIGNED, length) && SignedContents(length, value);
 }
 
-bool Reader::Real(float& value, int tag) {
-    std::uint32_t length = 0;
-    return Primitive(tag, TAG_REAL, length) && RealContents(length, value);
-}
-
 bool Reader::Double(double& value, int tag) {
     std::uint32_t length = 0;
     return Primitive(tag, TAG_DOUBLE, length) && DoubleContents(length, value);
@@ -225,21 +220,6 @@ bool Reader::CharacterString(std::span<const std::uint8_t>& value, int tag) {
 bool Reader::BitString(BACSTAC_BIT_STRING& value, int tag) {
     std::uint32_t length = 0;
     return Primitive(tag, TAG_BIT_STRING, length) && BitStringContents(length, value);
-}
-
-bool Reader::Date(BACSTAC_DATE& value, int tag) {
-    std::uint32_t length = 0;
-    return Primitive(tag, TAG_DATE, length) && DateContents(length, value);
-}
-
-bool Reader::Time(BACSTAC_TIME& value, int tag) {
-    std::uint32_t length = 0;
-    return Primitive(tag, TAG_TIME, length) && TimeContents(length, value);
-}
-
-bool Reader::ObjectId(BACSTAC_OBJECT_ID& value, int tag) {
-    std::uint32_t length = 0;
-    return Primitive(tag, TAG_OBJECT_ID, length) && ObjectIdContents(length, value);
 }
 
 } // namespace bacnet

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "api/bacnet/Types.h"
+#include "platform/stack/codec/Octets.h"
 #include "platform/stack/codec/Tag.h"
 
 #include <cstddef>
@@ -83,8 +84,12 @@ public:
     }
     bool IsApplication(unsigned type) const { return IsTag(TagKind::application, type); }
     bool IsContext(unsigned number) const { return IsTag(TagKind::context, number); }
-    bool IsOpening(unsigned number) const { return IsTag(TagKind::opening, number); }
-    bool IsClosing(unsigned number) const { return IsTag(TagKind::closing, number); }
+    bool IsOpening(unsigned number) const {
+        return number < 15 ? IsOctet(number, 0xE) : IsTag(TagKind::opening, number);
+    }
+    bool IsClosing(unsigned number) const {
+        return number < 15 ? IsOctet(number, 0xF) : IsTag(TagKind::closing, number);
+    }
 
     bool Open(unsigned number) { return Expect(TagKind::opening, number); }
     bool Close(unsigned number) { return Expect(TagKind::closing, number); }
@@ -105,16 +110,40 @@ public:
     bool Enumerated(std::uint32_t& value, int tag = APPLICATION);
     // 1 to 8 octets, held to the range of 32 bits.
     bool Signed(std::int32_t& value, int tag = APPLICATION);
-    bool Real(float& value, int tag = APPLICATION);
+    bool Real(float& value, int tag = APPLICATION) {
+        const std::uint8_t* at = nullptr;
+        if (!FourOctets(tag, TAG_REAL, at))
+            return false;
+        value = RealOf(at);
+        return true;
+    }
     bool Double(double& value, int tag = APPLICATION);
     bool OctetString(std::span<const std::uint8_t>& value, int tag = APPLICATION);
     // With the character set octet in front; DecodeText makes text of it. Never empty.
     bool CharacterString(std::span<const std::uint8_t>& value, int tag = APPLICATION);
     // Bits beyond the 96 that the record holds are dropped.
     bool BitString(BACSTAC_BIT_STRING& value, int tag = APPLICATION);
-    bool Date(BACSTAC_DATE& value, int tag = APPLICATION);
-    bool Time(BACSTAC_TIME& value, int tag = APPLICATION);
-    bool ObjectId(BACSTAC_OBJECT_ID& value, int tag = APPLICATION);
+    bool Date(BACSTAC_DATE& value, int tag = APPLICATION) {
+        const std::uint8_t* at = nullptr;
+        if (!FourOctets(tag, TAG_DATE, at))
+            return false;
+        value = DateOf(at);
+        return true;
+    }
+    bool Time(BACSTAC_TIME& value, int tag = APPLICATION) {
+        const std::uint8_t* at = nullptr;
+        if (!FourOctets(tag, TAG_TIME, at))
+            return false;
+        value = TimeOf(at);
+        return true;
+    }
+    bool ObjectId(BACSTAC_OBJECT_ID& value, int tag = APPLICATION) {
+        const std::uint8_t* at = nullptr;
+        if (!FourOctets(tag, TAG_OBJECT_ID, at))
+            return false;
+        value = ObjectIdOf(at);
+        return true;
+    }
 
     // Contents of a primitive whose tag was read by ReadTag, by its length; for values whose type is known otherwise.
     bool UnsignedContents(std::uint32_t length, std::uint32_t& value);
@@ -149,7 +178,15 @@ private:
         Tag tag;
         return PeekTag(tag) && tag.Kind == kind && tag.Number == number;
     }
+    // Most tags have one form of one octet; lengthBits is the low half of it without the class bit.
+    bool IsOctet(unsigned number, unsigned lengthBits) const {
+        return number < 15 && Ok() && m_at != m_end && *m_at == (number << 4 | lengthBits);
+    }
     bool Expect(TagKind kind, unsigned number) {
+        if (IsOctet(number, kind == TagKind::opening ? 0xEU : 0xFU)) {
+            ++m_at;
+            return true;
+        }
         const std::uint8_t* start = m_at;
         Tag tag;
         if (!ReadTag(tag))
@@ -170,6 +207,20 @@ private:
     bool Refuse(const std::uint8_t* start) {
         m_at = start;
         return Fail(DecodeError::unexpected);
+    }
+    // The tag of a primitive of four octets, and that they are there; at is where they start.
+    bool FourOctets(int tag, unsigned type, const std::uint8_t*& at) {
+        if (Remaining() >= 5 && (tag < 0 ? IsOctet(type, 4) : IsOctet(static_cast<unsigned>(tag), 0xC))) {
+            at = m_at + 1;
+            m_at += 5;
+            return true;
+        }
+        std::uint32_t length = 0;
+        if (!Primitive(tag, type, length) || !Exactly(length, 4))
+            return false;
+        at = m_at;
+        m_at += 4;
+        return true;
     }
     // True when the contents are this long and can be read.
     bool Exactly(std::uint32_t length, std::uint32_t wanted) {

@@ -724,9 +724,26 @@ static_assert(Ascending(), "types are sorted by number, each once");
 static_assert(MembersFit(), "members lie within their records, in the order of their tags");
 static_assert(ReferencesAreKnown(), "a type that holds references says so");
 
+consteval bool PrimitivesAreKnown() {
+    for (const TypeInfo& type : TYPES) {
+        if (IsPrimitiveType(type.Type) != (type.Kind == TypeKind::primitive))
+            return false;
+    }
+    return true;
+}
+
+static_assert(PrimitivesAreKnown());
+
 } // namespace
 
-const TypeInfo* FindType(BACSTAC_DATA_TYPE type) {
+constinit const std::array<const TypeInfo*, DENSE_TYPES> TYPES_BY_NUMBER = [] {
+    std::array<const TypeInfo*, DENSE_TYPES> types{};
+    for (BACSTAC_DATA_TYPE type = 0; type < DENSE_TYPES; ++type)
+        types[static_cast<std::size_t>(type)] = Find(type);
+    return types;
+}();
+
+const TypeInfo* FindSparseType(BACSTAC_DATA_TYPE type) {
     return Find(type);
 }
 

@@ -6,6 +6,8 @@
 #include "api/bacnet/Enums.h"
 #include "api/bacnet/Types.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -58,8 +60,20 @@ struct TypeInfo {
     bool HasReferences = false;                // elements refer to data behind them
 };
 
+// Types whose value is one tagged value. TypeTable.cpp checks that the table agrees.
+constexpr bool IsPrimitiveType(BACSTAC_DATA_TYPE type) {
+    return (type >= TYPE_NULL && type <= TYPE_ANY) || type == TYPE_WEEK_N_DAY;
+}
+
+// By number, for FindType; null for a number that is no type.
+inline constexpr BACSTAC_DATA_TYPE DENSE_TYPES = 64;
+extern const std::array<const TypeInfo*, DENSE_TYPES> TYPES_BY_NUMBER;
+const TypeInfo* FindSparseType(BACSTAC_DATA_TYPE type);
+
 // Null for a number that is no type.
-const TypeInfo* FindType(BACSTAC_DATA_TYPE type);
+inline const TypeInfo* FindType(BACSTAC_DATA_TYPE type) {
+    return type >= 0 && type < DENSE_TYPES ? TYPES_BY_NUMBER[static_cast<std::size_t>(type)] : FindSparseType(type);
+}
 // All rows, ascending by number.
 std::span<const TypeInfo> AllTypes();
 
