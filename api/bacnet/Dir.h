@@ -7,6 +7,7 @@
 #include "api/bacnet/Export.h"
 #include "api/bacnet/Types.h"
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <set>
@@ -67,6 +68,8 @@ public:
     // Copies the object; one with the same identifier is replaced. The device object of this device also gives the
     // device its name and description.
     bool AddObj(CBACnetObj const& object);
+    bool AddObj(CBACnetObj&& object);
+    void Reserve(std::size_t objects) { m_objects.reserve(objects); } // room for as many in all
     bool DelObj(BACSTAC_OBJECT_ID const& id);
     CBACnetObj* FindObj(BACSTAC_OBJECT_ID const& id); // null when unknown; valid until objects are added or removed
     const CBACnetObj* FindObj(BACSTAC_OBJECT_ID const& id) const;
