@@ -1,0 +1,251 @@
+#include "platform/stack/client/BacnetClient.h"
+
+#include "api/bacnet/Log.h"
+#include "platform/stack/client/Status.h"
+#include "platform/stack/codec/Writer.h"
+#include "platform/stack/directory/DirFile.h"
+#include "platform/stack/services/WhoIs.h"
+#include "platform/stack/transport/BipPort.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace bacnet {
+
+namespace {
+
+constexpr std::uint16_t smallestMaxApdu = 50; // clause 20.1.2.5; a device that claims less cannot mean it
+
+std::string AddressText(const BACSTAC_ADDRESS& address) {
+    std::string text = address.Remote != 0 ? std::to_string(address.Network) + ":" : "";
+    for (std::size_t i = 0; i < address.MacLength && i < sizeof address.Mac; ++i)
+        text += (i == 0 ? "" : ".") + std::to_string(address.Mac[i]);
+    return text;
+}
+
+bool OpenPort(const ClientPort& settings, std::vector<ClientLink>& links, std::string& failure) {
+    BipSettings bip;
+    bip.Port = settings.UdpPort;
+    if (!settings.BindAddress.empty() && !ParseIpV4(settings.BindAddress, bip.Ip)) {
+        failure = "\"" + settings.BindAddress + "\" is no IPv4 address";
+        return false;
+    }
+    if (!settings.BroadcastAddress.empty() && !ParseIpV4(settings.BroadcastAddress, bip.BroadcastIp)) {
+        failure = "\"" + settings.BroadcastAddress + "\" is no IPv4 address";
+        return false;
+    }
+    auto port = std::make_unique<BipPort>();
+    failure = port->Open(bip);
+    links.push_back({std::move(port), settings.Network});
+    return failure.empty();
+}
+
+} // namespace
+
+std::unique_ptr<BacnetClient> BacnetClient::Open(const ClientConfig& config, std::string& failure) {
+    std::vector<ClientLink> links;
+    failure.clear();
+    for (const ClientPort& port : config.Ports)
+        if (!OpenPort(port, links, failure))
+            return nullptr;
+    if (links.empty()) {
+        failure = "no BACnet port is configured";
+        return nullptr;
+    }
+    return std::make_unique<BacnetClient>(config, std::move(links));
+}
+
+BacnetClient::BacnetClient(const ClientConfig& config, std::vector<ClientLink> links, const IClock* clock)
+    : m_links(std::move(links)), m_server(config.Device, config.Transactions),
+      m_transactions(
+          [this]() -> NetworkLayer& {
+              for (const ClientLink& link : m_links)
+                  m_network.AddPort(*link.Link, link.Network);
+              return m_network;
+          }(),
+          config.Transactions, this, clock != nullptr ? *clock : m_clock) {
+    m_transactions.Start();
+}
+
+BacnetClient::~BacnetClient() {
+    Shutdown();
+}
+
+void BacnetClient::Shutdown() {
+    m_transactions.Shutdown();
+}
+
+// ---- exchanges ------------------------------------------------------------------------------------------------------
+
+BACSTAC_STATUS BacnetClient::FindPeer(unsigned device, Peer& peer) const {
+    if (!m_directory.Resolve(device, peer))
+        return BACSTAC_STATUS_UNKNOWN_DEVICE;
+    return m_networkStates.IsEnabled(peer.Address.Network) ? BACSTAC_OK : BACSTAC_STATUS_DISABLED;
+}
+
+BACSTAC_STATUS BacnetClient::FindPeer(const BACSTAC_ADDRESS& address, Peer& peer) const {
+    peer = {address, 0, nullptr};
+    if (address.MacLength == 0 || address.MacLength > sizeof address.Mac)
+        return BACSTAC_STATUS_INVALID_ARGUMENT;
+    return m_networkStates.IsEnabled(address.Network) ? BACSTAC_OK : BACSTAC_STATUS_DISABLED;
+}
+
+BACSTAC_STATUS BacnetClient::Exchange(const Peer& peer, ConfirmedService service, std::span<const std::uint8_t> request,
+                                      AnswerBuffer& answer, BACSTAC_ERROR* error, AnswerCheck check) {
+    CallOptions options;
+    options.MaxApdu = peer.MaxApdu == 0 ? std::uint16_t{0} : std::max(peer.MaxApdu, smallestMaxApdu);
+    options.Check = check;
+    const CallResult result =
+        m_transactions.Call(peer.Address, static_cast<std::uint8_t>(service), request, answer, options);
+    return Conclude(peer, service, result, answer.Octets(), error);
+}
+
+BACSTAC_STATUS BacnetClient::Conclude(const Peer& peer, ConfirmedService service, const CallResult& result,
+                                      std::span<const std::uint8_t> answer, BACSTAC_ERROR* error) {
+    if (peer.Device != nullptr) {
+        if (result.Answered())
+            m_directory.Confirm(peer);
+        else if (result.How == Outcome::timeout)
+            m_directory.Doubt(peer);
+    }
+    return ToStatus(result, service, answer, error);
+}
+
+// ---- unconfirmed ----------------------------------------------------------------------------------------------------
+
+BACSTAC_STATUS BacnetClient::WhoIs(BACSTAC_ADDRESS const& destination, unsigned low, unsigned high) {
+    if (low > high || destination.MacLength > sizeof destination.Mac)
+        return BACSTAC_STATUS_INVALID_ARGUMENT;
+    if (destination.Network != BACSTAC_ALL_NETWORKS && !m_networkStates.IsEnabled(destination.Network))
+        return BACSTAC_STATUS_DISABLED;
+    std::uint8_t request[16];
+    Writer writer(request);
+    EncodeWhoIs({low, high}, writer);
+    const Outcome outcome = m_transactions.SendUnconfirmed(
+        destination, static_cast<std::uint8_t>(UnconfirmedService::whoIs), writer.Written());
+    return ToStatus({outcome, 0}, ConfirmedService::readProperty, {}, nullptr);
+}
+
+void BacnetClient::Announce() {
+    if (!m_server.IsDevice())
+        return;
+    std::uint8_t request[24];
+    Writer writer(request);
+    EncodeIAm(m_server.Announcement(), writer);
+    const BACSTAC_ADDRESS everybody{1, 0, BACSTAC_ALL_NETWORKS, {}, 0};
+    m_transactions.SendUnconfirmed(everybody, static_cast<std::uint8_t>(UnconfirmedService::iAm), writer.Written());
+}
+
+// On a background thread of the transaction layer.
+void BacnetClient::OnRequest(const RequestIndication& request) {
+    if (!request.Confirmed && request.Header.Service == static_cast<std::uint8_t>(UnconfirmedService::iAm))
+        OnIAm(request);
+    else
+        m_server.OnRequest(request, m_transactions);
+}
+
+void BacnetClient::OnIAm(const RequestIndication& request) {
+    IAm announcement;
+    if (!DecodeIAm(request.Header.Payload, announcement))
+        return;
+    BACSTAC_ADDRESS former{};
+    switch (m_directory.Learn(announcement, request.Source, former)) {
+    case LiveDirectory::Learned::moved:
+        ::LogInf("Device %u has moved from %s to %s", announcement.Device, AddressText(former).c_str(),
+                 AddressText(request.Source).c_str());
+        break;
+    case LiveDirectory::Learned::duplicate: {
+        const std::lock_guard lock(m_loggedLock);
+        constexpr std::size_t enough = 1000; // of a flood
+        if (m_loggedDuplicates.size() < enough && m_loggedDuplicates.insert(announcement.Device).second)
+            ::LogErr("Device instance %u is used twice: %s is kept, %s is ignored", announcement.Device,
+                     AddressText(former).c_str(), AddressText(request.Source).c_str());
+        break;
+    }
+    default:
+        break;
+    }
+    m_callbacks.Notify(request.Source, announcement.Device);
+}
+
+int BacnetClient::RegisterIAMCallback(CIAMCallback* callback) {
+    return m_callbacks.Register(callback);
+}
+
+void BacnetClient::UnregisterIAMCallback(int handle) {
+    m_callbacks.Unregister(handle);
+}
+
+// ---- the live directory ---------------------------------------------------------------------------------------------
+
+bool BacnetClient::IsDeviceEnabled(unsigned device) {
+    return m_directory.FindDev(device) && m_networkStates.IsEnabled(m_directory.GetDevAddr(device).Network);
+}
+
+bool BacnetClient::IsNetworkEnabled(unsigned short network) {
+    return m_networkStates.IsEnabled(network);
+}
+
+bool BacnetClient::EnableNetwork(unsigned short network) {
+    if (network == BACSTAC_ALL_NETWORKS)
+        return false;
+    m_networkStates.Set(network, true);
+    return true;
+}
+
+bool BacnetClient::DisableNetwork(unsigned short network) {
+    if (network == BACSTAC_ALL_NETWORKS)
+        return false;
+    m_networkStates.Set(network, false);
+    return true;
+}
+
+void BacnetClient::GetDevLst(std::vector<unsigned>& devices, unsigned short network) {
+    m_directory.GetDevLst(devices, network);
+}
+
+void BacnetClient::GetNetLst(std::map<unsigned short, bool>& networks) {
+    m_directory.GetNetLst(networks);
+}
+
+void BacnetClient::GetObjLst(unsigned device, std::vector<BACSTAC_OBJECT_ID>& objects, BACSTAC_OBJECT_TYPE type) {
+    m_directory.File()->GetObjLst(device, objects, type);
+}
+
+bool BacnetClient::FindDev(unsigned device) {
+    return m_directory.FindDev(device);
+}
+
+bool BacnetClient::GetDevName(unsigned device, std::string& name) {
+    return m_directory.File()->GetDevName(device, name);
+}
+
+bool BacnetClient::GetObjName(unsigned device, BACSTAC_OBJECT_ID const& object, std::string& name) {
+    return m_directory.File()->GetObjName(device, object, name);
+}
+
+BACSTAC_ADDRESS BacnetClient::GetDevAddr(unsigned device) {
+    return m_directory.GetDevAddr(device);
+}
+
+unsigned BacnetClient::GetDevVendorId(unsigned device) {
+    return m_directory.GetDevVendorId(device);
+}
+
+bool BacnetClient::LoadDir() {
+    const std::string path = GetDirFileName();
+    if (m_directory.Load(path))
+        return true;
+    // A damaged file at the start costs no more than what changed since the generation before it.
+    std::error_code unreadable;
+    const std::u8string file(path.begin(), path.end());
+    if (!std::filesystem::exists(std::filesystem::path(file), unreadable))
+        return false;
+    ::LogErr("The directory file %s is damaged", path.c_str());
+    if (m_directory.IsLoaded() || !m_directory.Load(directory::BackupPath(path)))
+        return false;
+    ::LogInf("The directory was read from %s", directory::BackupPath(path).c_str());
+    return true;
+}
+
+} // namespace bacnet

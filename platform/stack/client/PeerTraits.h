@@ -1,0 +1,49 @@
+// What calls have taught about single devices, by address: that one has no multiple reads, or how many properties it
+// manages in one. Only devices with limits are kept. Any thread.
+#pragma once
+
+#include "api/bacnet/Types.h"
+
+#include <cstdint>
+#include <cstring>
+#include <shared_mutex>
+#include <string_view>
+#include <unordered_map>
+
+namespace bacnet {
+
+struct AddressHash {
+    std::size_t operator()(const BACSTAC_ADDRESS& address) const {
+        char octets[sizeof address];
+        std::memcpy(octets, &address, sizeof address);
+        return std::hash<std::string_view>{}({octets, sizeof octets});
+    }
+};
+
+class PeerTraits {
+public:
+    static constexpr unsigned UNLIMITED = UINT32_MAX;
+    // Devices that are remembered; the memory starts over beyond, since it is only a help.
+    static constexpr std::size_t MAX_PEERS = 10000;
+
+    // Properties to ask for in one ReadPropertyMultiple: UNLIMITED, a number, or 0 where the service is missing.
+    unsigned MultipleReadLimit(const BACSTAC_ADDRESS& address) const;
+    void SetNoMultipleRead(const BACSTAC_ADDRESS& address);
+    // A read of so many was too much: half of it is the limit from now on, 1 at the least.
+    void MultipleReadFailed(const BACSTAC_ADDRESS& address, unsigned count);
+    // A read at the limit went well. After a number of them the limit is tried higher, since it may have been one long
+    // value that set it.
+    void MultipleReadWorked(const BACSTAC_ADDRESS& address, unsigned count);
+
+private:
+    struct Traits {
+        unsigned Limit = UNLIMITED;
+        unsigned Successes = 0; // at the limit, in a row
+    };
+    Traits& At(const BACSTAC_ADDRESS& address);
+
+    mutable std::shared_mutex m_lock;
+    std::unordered_map<BACSTAC_ADDRESS, Traits, AddressHash> m_traits; // m_lock
+};
+
+} // namespace bacnet

@@ -1,0 +1,279 @@
+// Who-Is, I-Am and who hears of it; the station's own device.
+#include "api/bacnet/Log.h"
+#include "platform/stack/client/IAmCallbacks.h"
+#include "tests/unit/stack/client/ClientFixture.h"
+
+#include <condition_variable>
+#include <thread>
+
+namespace {
+
+// Collects announcements, and lets the test wait for a number of them.
+class Listener : public CIAMCallback {
+public:
+    void OnIAm(BACSTAC_ADDRESS const& address, unsigned const& device) override {
+        const std::lock_guard lock(m_lock);
+        Heard += std::to_string(device) + "@" + std::to_string(address.Mac[address.MacLength - 3]) + "/" +
+                 std::to_string(address.Network) + " ";
+        Thread = std::this_thread::get_id();
+        ++m_count;
+        m_changed.notify_all();
+    }
+    bool WaitFor(int count) {
+        std::unique_lock lock(m_lock);
+        return m_changed.wait_for(lock, std::chrono::seconds(5), [&] { return m_count >= count; });
+    }
+    std::string Heard;
+    std::thread::id Thread;
+
+private:
+    std::mutex m_lock;
+    std::condition_variable m_changed;
+    int m_count = 0;
+};
+
+// Unconfirmed request, I-Am: device 1234, 480 octets, no segmentation, vendor 260
+constexpr const char* iAm = "10 00 C4 02 00 04 D2 22 01 E0 91 03 22 01 04";
+
+class WhoIsClientTest : public ClientFixture {
+protected:
+    std::string Broadcasts() {
+        std::string text;
+        for (const auto& sent : m_link->TakeSent())
+            if (sent.Destination.Empty())
+                text += "[" + ToHex(sent.Npdu) + "]";
+        return text;
+    }
+};
+
+TEST_F(WhoIsClientTest, GoesWhereTheDestinationSays) {
+    const BACSTAC_ADDRESS local{};
+    const BACSTAC_ADDRESS remote{1, 0, 5, {}, 0};
+    const BACSTAC_ADDRESS everybody{1, 0, 65535, {}, 0};
+    EXPECT_EQ(m_client->WhoIs(local, 0, 4194303), BACSTAC_OK);
+    EXPECT_EQ(Broadcasts(), "[01 00 10 08]");
+    EXPECT_EQ(m_client->WhoIs(local, 1, 300), BACSTAC_OK);
+    EXPECT_EQ(Broadcasts(), "[01 00 10 08 09 01 1A 01 2C]");
+    EXPECT_EQ(m_client->WhoIs(everybody, 0, 4194303), BACSTAC_OK);
+    EXPECT_EQ(Broadcasts(), "[01 20 FF FF 00 FF 10 08]");
+    EXPECT_EQ(m_client->WhoIs(remote, 0, 4194303), BACSTAC_OK);
+    EXPECT_EQ(Broadcasts(), "[01 20 00 05 00 FF 10 08]");
+    EXPECT_EQ(m_client->WhoIs(local, 5, 4), BACSTAC_STATUS_INVALID_ARGUMENT);
+    EXPECT_EQ(m_client->WhoIs(Address(3), 0, 4194303), BACSTAC_OK);
+    const auto sent = m_link->TakeSent();
+    ASSERT_EQ(sent.size(), 1U);
+    EXPECT_EQ(sent[0].Destination, ScriptedLink::Mac(3)) << "one station";
+}
+
+TEST_F(WhoIsClientTest, TellsTheListenersOnAnotherThreadAndLearns) {
+    Listener first;
+    Listener second;
+    const int one = m_client->RegisterIAMCallback(&first);
+    const int two = m_client->RegisterIAMCallback(&second);
+    EXPECT_EQ(m_client->RegisterIAMCallback(nullptr), -1);
+    EXPECT_NE(one, two);
+    m_link->Deliver(7, Hex(iAm), true);
+    ASSERT_TRUE(first.WaitFor(1));
+    ASSERT_TRUE(second.WaitFor(1));
+    EXPECT_EQ(first.Heard, "1234@7/0 ");
+    EXPECT_NE(first.Thread, std::this_thread::get_id());
+    EXPECT_EQ(m_client->GetDevAddr(1234), Address(7));
+    EXPECT_EQ(m_client->GetDevVendorId(1234), 260U);
+
+    m_client->UnregisterIAMCallback(one);
+    m_client->UnregisterIAMCallback(one);
+    m_client->UnregisterIAMCallback(-1);
+    m_client->UnregisterIAMCallback(999);
+    m_link->Deliver(7, Hex(iAm)); // directed ones count as well
+    ASSERT_TRUE(second.WaitFor(2));
+    EXPECT_EQ(first.Heard, "1234@7/0 ");
+    m_client->UnregisterIAMCallback(two);
+}
+
+TEST_F(WhoIsClientTest, LearnsDevicesBehindRouters) {
+    Listener listener;
+    const int handle = m_client->RegisterIAMCallback(&listener);
+    // NPDU: source network 9, station 0A 0B 0C; I-Am
+    Octets npdu = Hex("01 08 00 09 03 0A 0B 0C");
+    for (const std::uint8_t octet : Hex(iAm))
+        npdu.push_back(octet);
+    m_link->Deliver(7, npdu, true, true);
+    ASSERT_TRUE(listener.WaitFor(1));
+    m_client->UnregisterIAMCallback(handle);
+    EXPECT_EQ(m_client->GetDevAddr(1234), (BACSTAC_ADDRESS{1, 0, 9, {10, 11, 12}, 3}));
+    std::map<unsigned short, bool> networks;
+    m_client->GetNetLst(networks);
+    EXPECT_EQ(networks, (std::map<unsigned short, bool>{{9, true}}));
+    std::vector<unsigned> devices;
+    m_client->GetDevLst(devices, 9);
+    EXPECT_EQ(devices, std::vector<unsigned>{1234});
+}
+
+TEST_F(WhoIsClientTest, KeepsTheKnownDeviceOnADuplicateAndLogsBothOnce) {
+    class Sink : public CQilBAC_ErrLog::ISink {
+    public:
+        void OnLine(CQilBAC_ErrLog::KIND kind, const std::string& text) override {
+            const std::lock_guard lock(m_lock);
+            if (kind == CQilBAC_ErrLog::KIND_ERROR)
+                Lines.push_back(text);
+        }
+        std::vector<std::string> Lines;
+
+    private:
+        std::mutex m_lock;
+    };
+    const auto sink = std::make_shared<Sink>();
+    CQilBAC_ErrLog::Instance().SetSink(sink);
+    Listener listener;
+    const int handle = m_client->RegisterIAMCallback(&listener);
+    for (const std::uint8_t last : Hex("07 08 08"))
+        m_link->Deliver(last, Hex(iAm), true);
+    ASSERT_TRUE(listener.WaitFor(3));
+    m_client->UnregisterIAMCallback(handle);
+    CQilBAC_ErrLog::Instance().SetSink(nullptr);
+    EXPECT_EQ(m_client->GetDevAddr(1234), Address(7));
+    ASSERT_EQ(sink->Lines.size(), 1U);
+    EXPECT_NE(sink->Lines[0].find("1234"), std::string::npos);
+    EXPECT_NE(sink->Lines[0].find("127.0.0.7"), std::string::npos) << sink->Lines[0];
+    EXPECT_NE(sink->Lines[0].find("127.0.0.8"), std::string::npos) << sink->Lines[0];
+}
+
+TEST_F(WhoIsClientTest, IgnoresDamagedAnnouncements) {
+    Listener listener;
+    const int handle = m_client->RegisterIAMCallback(&listener);
+    const Octets whole = Hex(iAm);
+    for (std::size_t length = 0; length < whole.size(); ++length)
+        m_link->Deliver(7, Octets(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)), true);
+    m_link->Deliver(7, whole, true);
+    ASSERT_TRUE(listener.WaitFor(1));
+    EXPECT_EQ(listener.Heard, "1234@7/0 ");
+    m_client->UnregisterIAMCallback(handle);
+}
+
+TEST(IAmCallbacksTest, UnregisteringWaitsForTheCallUnderWay) {
+    class Slow : public CIAMCallback {
+    public:
+        void OnIAm(BACSTAC_ADDRESS const&, unsigned const&) override {
+            Entered = true;
+            while (!Leave)
+                std::this_thread::yield();
+            Left = true;
+        }
+        std::atomic<bool> Entered{false};
+        std::atomic<bool> Leave{false};
+        std::atomic<bool> Left{false};
+    };
+    bacnet::IAmCallbacks callbacks;
+    Slow slow;
+    const int handle = callbacks.Register(&slow);
+    std::thread notifier([&] { callbacks.Notify({}, 1); });
+    while (!slow.Entered)
+        std::this_thread::yield();
+    std::thread releaser([&] { slow.Leave = true; });
+    callbacks.Unregister(handle);
+    EXPECT_TRUE(slow.Left);
+    notifier.join();
+    releaser.join();
+}
+
+TEST(IAmCallbacksTest, MayUnregisterItselfOrAnotherFromWithin) {
+    class Quitter : public CIAMCallback {
+    public:
+        Quitter(bacnet::IAmCallbacks& callbacks) : m_callbacks(callbacks) {}
+        void OnIAm(BACSTAC_ADDRESS const&, unsigned const&) override {
+            ++Calls;
+            for (const int handle : Handles)
+                m_callbacks.Unregister(handle);
+        }
+        std::vector<int> Handles;
+        int Calls = 0;
+
+    private:
+        bacnet::IAmCallbacks& m_callbacks;
+    };
+    bacnet::IAmCallbacks callbacks;
+    Quitter quitter(callbacks);
+    Quitter other(callbacks);
+    quitter.Handles = {callbacks.Register(&quitter), callbacks.Register(&other)};
+    callbacks.Notify({}, 1);
+    callbacks.Notify({}, 1);
+    EXPECT_EQ(quitter.Calls, 1);
+    EXPECT_EQ(other.Calls, 0) << "not even in the round that unregistered it";
+}
+
+// ---- the own device
+
+class OwnDeviceTest : public ClientFixture {
+protected:
+    OwnDeviceTest() {
+        bacnet::OwnDevice device;
+        device.Instance = 77;
+        device.Name = "Station";
+        device.VendorId = 260;
+        device.ModelName = "Console";
+        Restart(device);
+    }
+    // Sends an APDU as station 5 and waits for the answer.
+    std::string Ask(const char* apdu, bool broadcast = false) {
+        m_link->TakeSent();
+        m_link->Deliver(5, Hex(apdu), broadcast);
+        for (int i = 0; i < 500; ++i) {
+            for (const auto& sent : m_link->TakeSent())
+                return ToHex(std::span(sent.Npdu).subspan(2));
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        return "silence";
+    }
+};
+
+TEST_F(OwnDeviceTest, AnswersWhoIsInItsRange) {
+    const std::string announcement = "10 00 C4 02 00 00 4D 22 05 C4 91 02 22 01 04";
+    EXPECT_EQ(Ask("10 08", true), announcement);
+    EXPECT_EQ(Ask("10 08 09 4D 19 4D", true), announcement);
+    m_link->Deliver(5, Hex("10 08 09 4E 19 4F"), true); // 78 to 79
+    EXPECT_EQ(Ask("10 08", true), announcement);
+    EXPECT_EQ(m_link->TakeSent().size(), 0U) << "one answer";
+}
+
+TEST_F(OwnDeviceTest, AnswersReadProperty) {
+    // [0] device 77, [1] object-name: "Station"
+    EXPECT_EQ(Ask("00 05 01 0C 0C 02 00 00 4D 19 4D"),
+              "30 01 0C 0C 02 00 00 4D 19 4D 3E 75 08 00 53 74 61 74 69 6F 6E 3F");
+    EXPECT_EQ(Ask("00 05 02 0C 0C 02 3F FF FF 19 4B"), "30 02 0C 0C 02 00 00 4D 19 4B 3E C4 02 00 00 4D 3F")
+        << "by the wildcard";
+    EXPECT_EQ(Ask("00 05 03 0C 0C 02 00 00 4D 19 4C 29 00"), "30 03 0C 0C 02 00 00 4D 19 4C 29 00 3E 21 01 3F");
+    EXPECT_EQ(Ask("00 05 04 0C 0C 02 00 00 4D 19 4C 29 02"), "50 04 0C 91 02 91 2A") << "invalid array index";
+    EXPECT_EQ(Ask("00 05 05 0C 0C 02 00 00 4D 19 4D 29 01"), "50 05 0C 91 02 91 32") << "not an array";
+    EXPECT_EQ(Ask("00 05 06 0C 0C 00 00 00 01 19 55"), "50 06 0C 91 01 91 1F") << "unknown object";
+    EXPECT_EQ(Ask("00 05 07 0C 0C 02 00 00 4D 19 55"), "50 07 0C 91 02 91 20") << "unknown property";
+    EXPECT_EQ(Ask("00 05 08 0C 0C 02"), "60 08 04") << "invalid tag";
+    EXPECT_EQ(Ask("00 05 09 0F 0C 02"), "60 09 09") << "unrecognized service";
+    EXPECT_EQ(Ask("0C 05 0A 00 10 0C 0C 02"), "71 0A 04") << "no segmented requests";
+}
+
+TEST_F(OwnDeviceTest, AnswersReadPropertyMultiple) {
+    // device 77: object-name, priority-array
+    EXPECT_EQ(Ask("00 05 01 0E 0C 02 00 00 4D 1E 09 4D 09 57 1F"),
+              "30 01 0E 0C 02 00 00 4D 1E 29 4D 4E 75 08 00 53 74 61 74 69 6F 6E 4F 29 57 5E 91 02 91 20 5F 1F");
+    const std::string all = Ask("00 05 02 0E 0C 02 00 00 4D 1E 09 08 1F");
+    EXPECT_EQ(all.substr(0, 8), "30 02 0E");
+    EXPECT_NE(all.find("29 4D 4E 75 08"), std::string::npos);
+    EXPECT_EQ(Ask("00 00 03 0E 0C 02 00 00 4D 1E 09 08 1F"), "71 03 04") << "too much for 50 octets";
+}
+
+TEST_F(OwnDeviceTest, IsNoDeviceWithoutAnInstance) {
+    Restart({});
+    EXPECT_EQ(Ask("00 05 01 0C 0C 02 3F FF FF 19 4B"), "60 01 09");
+    m_link->Deliver(5, Hex("10 08"), true);
+    EXPECT_EQ(Ask("00 05 02 0C 0C 02 3F FF FF 19 4B"), "60 02 09") << "and silent on Who-Is";
+}
+
+TEST_F(OwnDeviceTest, AnnouncesItself) {
+    m_link->TakeSent();
+    m_client->Announce();
+    const auto sent = m_link->TakeSent();
+    ASSERT_EQ(sent.size(), 1U);
+    EXPECT_EQ(ToHex(sent[0].Npdu), "01 20 FF FF 00 FF 10 00 C4 02 00 00 4D 22 05 C4 91 02 22 01 04");
+}
+
+} // namespace
