@@ -363,6 +363,29 @@ TEST(QilClient, DoesNotSpinOnAKernelThatRefusesToWait) {
     client.StopThread(10000);
 }
 
+#if defined(__GNUC__) && defined(__x86_64__)
+// A pointer to a virtual member begins with one more than the byte offset of its slot in the table. The destructor has
+// two slots of this compiler's, which together are the first of the order.
+std::ptrdiff_t SlotOf(void (CQilClient::*member)()) {
+    std::ptrdiff_t offset;
+    std::memcpy(&offset, &member, sizeof offset);
+    return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void*)) - 1;
+}
+
+TEST(QilClient, KeepsTheOrderOfItsVirtualOperations) {
+    void (CQilClient::*const order[])() = {
+        &CQilClient::OnExit,       &CQilClient::OnMessage1,   &CQilClient::OnMessage2,   &CQilClient::OnMessage3,
+        &CQilClient::OnMessage7,   &CQilClient::OnMessage8,   &CQilClient::OnMessage9,   &CQilClient::OnMessage10,
+        &CQilClient::OnMessage11,  &CQilClient::OnMessage13,  &CQilClient::OnMessage14,  &CQilClient::OnMessage15,
+        &CQilClient::OnMessage16,  &CQilClient::OnMessage17,  &CQilClient::OnMessage121, &CQilClient::OnMessage122,
+        &CQilClient::OnMessage123, &CQilClient::OnMessage124, &CQilClient::Run,
+    };
+    std::ptrdiff_t slot = 1;
+    for (const auto member : order)
+        EXPECT_EQ(SlotOf(member), slot++);
+}
+#endif
+
 TEST(QilClient, LeavesThreadAndConnectionInItsDestructor) {
     RecordingKernel kernel;
     {
