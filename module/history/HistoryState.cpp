@@ -68,6 +68,26 @@ void Parse(const std::string& value, Fields& fields) {
 
 } // namespace
 
+BACSTAC_DATE_TIME ParsePosition(const std::string& text) {
+    BACSTAC_DATE_TIME position{};
+    if (text.empty()) {
+        position.Date.Year = 1900;
+        position.Date.Month = 1;
+        position.Date.Day = 1;
+        return position;
+    }
+    Fields fields{};
+    Parse(text, fields);
+    position.Date.Day = static_cast<std::uint32_t>(fields[DAY]);
+    position.Date.Month = static_cast<std::uint32_t>(fields[MONTH]);
+    position.Date.Year = static_cast<std::uint16_t>(fields[YEAR]);
+    position.Time.Hour = static_cast<std::uint8_t>(fields[HOUR]);
+    position.Time.Minute = static_cast<std::uint8_t>(fields[MINUTE]);
+    position.Time.Second = static_cast<std::uint8_t>(fields[SECOND]);
+    position.Time.Hundredths = static_cast<std::uint8_t>(fields[MILLISECONDS] / 10);
+    return position;
+}
+
 std::string FormatPosition(const BACSTAC_DATE_TIME& position) {
     if (position.Date.Year == 0)
         return {};
@@ -103,23 +123,7 @@ bool CHistoryState::SaveLastTransferTime(const SYSTEM_TIME& time) const {
 }
 
 void CHistoryState::LoadTrendPosition(const std::string& objectName, BACSTAC_DATE_TIME& position) const {
-    position = {};
-    const std::string value = m_file.Read(POSITION_SECTION, objectName);
-    if (value.empty()) {
-        position.Date.Year = 1900;
-        position.Date.Month = 1;
-        position.Date.Day = 1;
-        return;
-    }
-    Fields fields{};
-    Parse(value, fields);
-    position.Date.Day = static_cast<std::uint32_t>(fields[DAY]);
-    position.Date.Month = static_cast<std::uint32_t>(fields[MONTH]);
-    position.Date.Year = static_cast<std::uint16_t>(fields[YEAR]);
-    position.Time.Hour = static_cast<std::uint8_t>(fields[HOUR]);
-    position.Time.Minute = static_cast<std::uint8_t>(fields[MINUTE]);
-    position.Time.Second = static_cast<std::uint8_t>(fields[SECOND]);
-    position.Time.Hundredths = static_cast<std::uint8_t>(fields[MILLISECONDS] / 10);
+    position = ParsePosition(m_file.Read(POSITION_SECTION, objectName));
 }
 
 bool CHistoryState::SaveTrendPosition(const std::string& objectName, const BACSTAC_DATE_TIME& position) const {

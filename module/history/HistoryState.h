@@ -25,6 +25,8 @@ class CHistoryState {
 public:
     explicit CHistoryState(std::string path = HISTORY_STATE_PATH);
 
+    const std::string& GetPath() const { return m_file.GetPath(); }
+
     // All zero: never. The weekday is 0. Of a value that cannot be parsed the fields behind the fault are zero.
     SYSTEM_TIME LoadLastTransferTime() const;
     // Only when the year is not 0. False when the file cannot be written.
@@ -40,6 +42,8 @@ private:
     const CProfileFile m_file;
 };
 
+// The text's numbers as far as they go, the fields behind them zero; 1 January 1900 for an empty text.
+BACSTAC_DATE_TIME ParsePosition(const std::string& text);
 // "dd/mm/yyyy hh:mm:ss.mmm", empty when the year is 0.
 std::string FormatPosition(const BACSTAC_DATE_TIME& position);
 std::string FormatTransferTime(const SYSTEM_TIME& time);

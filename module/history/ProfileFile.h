@@ -21,6 +21,7 @@ public:
 
     explicit CProfileFile(std::string path, std::string nameSection = {});
 
+    const std::string& GetPath() const { return m_path; }
     // Empty when the file, the section or the key is missing or cannot be read.
     std::string Read(const std::string& section, const std::string& key) const;
     // False when the file cannot be read or replaced; it then stands as it was.

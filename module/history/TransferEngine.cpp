@@ -51,7 +51,7 @@ bool IsLimitedBy(const CDeviceSettings& settings, std::int32_t kind) {
 
 CTransferEngine::CTransferEngine(const HistoryServices& services, CTransferState& state,
                                  const HistorySettings& settings)
-    : m_services(services), m_state(state), m_source(settings), m_model(services.bacnet),
+    : m_services(services), m_state(state), m_source(settings), m_journal(state.file), m_model(services.bacnet),
       m_client(services.driver.GetKernel(), CLIENT_NAME) {}
 
 bool CTransferEngine::Run() {
@@ -59,6 +59,7 @@ bool CTransferEngine::Run() {
     CopySettings();
     if (!OpenKernel())
         return false;
+    m_journal.Recover();
     m_model.RebuildDeviceList();
     for (const auto& settings : m_settings.devices) {
         if (IsStopped())
@@ -165,7 +166,8 @@ void CTransferEngine::TransferObject(DeviceRun& run, const std::string& name) {
     m_state.Info("Starting at " + FormatPosition(position));
     ReadBlocks(run, *trend, tags, position);
     m_state.Info("Stopping at " + FormatPosition(position));
-    m_state.file.SaveTrendPosition(name, position);
+    if (m_state.file.SaveTrendPosition(name, position))
+        m_journal.Clear();
 }
 
 // Moves the position behind each block that was stored.
@@ -205,6 +207,7 @@ void CTransferEngine::ReadBlocks(DeviceRun& run, const CBACnetTrend& trend, cons
             return;
         }
         CountBlock(run, rows.GetSize());
+        m_journal.Note(name, position);
     }
 }
 

@@ -3,12 +3,14 @@
 // the historical store. Lives on the transfer's thread for the length of one transfer.
 //
 // A failure of a device, a trend or a tag gives its error line and the walk goes on. Abort is seen between blocks, the
-// kernel's exit message between objects. Positions are saved trend by trend, the last transfer time at the end.
+// kernel's exit message between objects. Positions are saved trend by trend, the last transfer time at the end; a
+// journal keeps a killed process from repeating more than a block.
 #pragma once
 
 #include "module/console/Settings.h"
 #include "module/history/HistoryModel.h"
 #include "module/history/HistoryServices.h"
+#include "module/history/PositionJournal.h"
 #include "module/history/QilClient.h"
 #include "module/history/QilVfi.h"
 #include "module/history/RowConverter.h"
@@ -50,6 +52,7 @@ private:
     CTransferState& m_state;
     const HistorySettings& m_source;
     HistorySettings m_settings;
+    CPositionJournal m_journal;
     CHistoryModel m_model;
     CQilClient m_client;
     CQilVFI m_vfi; // behind the client: it is closed before the connection goes
