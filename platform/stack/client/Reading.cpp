@@ -1,7 +1,7 @@
 // ReadProperty in its forms, and ReadRange.
 #include "platform/stack/client/BacnetClient.h"
+#include "platform/stack/client/PropertyAnswer.h"
 #include "platform/stack/client/Values.h"
-#include "platform/stack/codec/Reader.h"
 #include "platform/stack/codec/Writer.h"
 #include "platform/stack/services/ReadRange.h"
 #include "platform/stack/transaction/AsyncCaller.h"
@@ -12,26 +12,6 @@ namespace {
 
 constexpr std::size_t targetSize = 32; // octets of an encoded PropertyTarget, generously
 constexpr int pollMs = 20;             // between two calls of OnWaitPoll
-
-// Answers about another property are of a request that was given up: they are dropped. One that cannot be decoded is
-// let through, so that the caller learns of it.
-bool IsOfSameProperty(std::span<const std::uint8_t> request, std::span<const std::uint8_t> answer) {
-    Reader requestReader(request);
-    Reader answerReader(answer);
-    PropertyTarget requested;
-    PropertyTarget answered;
-    return !DecodePropertyTarget(answerReader, answered) ||
-           (DecodePropertyTarget(requestReader, requested) && Answers(requested, answered));
-}
-
-bool DecodeAck(std::span<const std::uint8_t> answer, const PropertyTarget& target,
-               std::span<const std::uint8_t>& value) {
-    ReadPropertyAck ack;
-    if (!DecodeReadPropertyAck(answer, ack) || !Answers(target, ack.Target))
-        return false;
-    value = ack.Value;
-    return true;
-}
 
 void SetEmpty(BACSTAC_PROPERTY_CONTENTS& contents) {
     contents.DataType = -1;
@@ -49,7 +29,7 @@ BACSTAC_STATUS BacnetClient::ReadEncoded(const Peer& peer, const PropertyTarget&
         Exchange(peer, ConfirmedService::readProperty, writer.Written(), answer, error, IsOfSameProperty);
     if (status != BACSTAC_OK)
         return status;
-    return DecodeAck(answer.Octets(), target, value) ? BACSTAC_OK : BACSTAC_STATUS_INVALID_ANSWER;
+    return ReadAnswer(answer.Octets(), target, value) ? BACSTAC_OK : BACSTAC_STATUS_INVALID_ANSWER;
 }
 
 BACSTAC_STATUS BacnetClient::ReadContents(const Peer& peer, const PropertyTarget& target,
@@ -134,10 +114,8 @@ BACSTAC_STATUS BacnetClient::AsyncReadProperty(unsigned device, BACSTAC_OBJECT_I
                 caller.Poll(pollMs);
         }
         status = Conclude(peer, ConfirmedService::readProperty, request.Result, request.Answer.Octets(), error);
-        std::span<const std::uint8_t> value;
         if (status == BACSTAC_OK)
-            status = DecodeAck(request.Answer.Octets(), target, value) ? ValueInto(value, target, contents)
-                                                                       : BACSTAC_STATUS_INVALID_ANSWER;
+            status = ReadAnswerInto(request.Answer.Octets(), target, contents);
     }
     callback.OnWaitEnd();
     return status;
