@@ -2,13 +2,13 @@
 
 #include "module/console/ConsoleState.h"
 #include "module/console/ConsoleThread.h"
+#include "module/console/GuiThread.h"
 
 #include <QApplication>
 
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -30,8 +30,8 @@ public:
                                                std::to_string(request->ObjectId.Instance)
                                          : "all") +
                                 ")");
-        if (*g_transfers.hook)
-            (*g_transfers.hook)(request);
+        if (const TransferHook hook = *g_transfers.hook) // a copy: the test may set another one meanwhile
+            hook(request);
         return true;
     }
 };
@@ -52,24 +52,17 @@ bool Eventually(const std::function<bool()>& condition) {
     return true;
 }
 
+void PostToGui(std::function<void()> f) {
+    CGuiThread::Get()->Post(std::move(f));
+}
+
 void OnGui(const std::function<void()>& f) {
-    std::mutex mutex;
-    std::condition_variable wake;
-    bool done = false;
-    QMetaObject::invokeMethod(
-        qApp,
-        [&] {
-            {
-                const std::lock_guard lock(mutex); // also orders this behind what the caller did before
-            }
-            f();
-            const std::lock_guard lock(mutex);
-            done = true;
-            wake.notify_all();
-        },
-        Qt::QueuedConnection);
-    std::unique_lock lock(mutex);
-    wake.wait(lock, [&] { return done; });
+    CManualResetEvent done;
+    PostToGui([&] {
+        f();
+        done.Set();
+    });
+    done.Wait(WAIT_WITHOUT_LIMIT);
 }
 
 QDialog* ConsoleWindow() {
@@ -117,8 +110,11 @@ bool ConsoleFixture::IsVisible() {
     return isVisible;
 }
 
-QString ConsoleFixture::Title() {
-    QString title;
-    OnGui([&] { title = ConsoleWindow() ? ConsoleWindow()->windowTitle() : QString(); });
+std::string ConsoleFixture::Title() {
+    std::string title;
+    OnGui([&] {
+        if (const QDialog* const window = ConsoleWindow())
+            title = window->windowTitle().toStdString();
+    });
     return title;
 }

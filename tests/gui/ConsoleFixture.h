@@ -25,6 +25,7 @@ Milliseconds Since(Clock::time_point start);
 bool Eventually(const std::function<bool()>& condition);
 // Runs f on the console thread, behind all that was posted before, and waits for it.
 void OnGui(const std::function<void()>& f);
+void PostToGui(std::function<void()> f); // does not wait
 // The console's window, null when there is none. On the console thread.
 QDialog* ConsoleWindow();
 
@@ -46,7 +47,7 @@ protected:
     CEventList::Lines Settled();
     bool HasWindow();
     bool IsVisible();
-    QString Title();
+    std::string Title();
 
     CEventList m_events;
     CFakeLog m_log{m_events};

@@ -25,7 +25,7 @@ TEST_F(ConsoleRun, StartReturnsWithTheConsoleBuiltAndHidden) {
     EXPECT_TRUE(BDCManager.IsRunning());
     EXPECT_TRUE(HasWindow());
     EXPECT_FALSE(IsVisible());
-    EXPECT_EQ(Title().toStdString(), "BACnet configuration console - Test driver");
+    EXPECT_EQ(Title(), "BACnet configuration console - Test driver");
 }
 
 TEST_F(ConsoleRun, WhatWasAskedBeforeTheStartIsForgotten) {
@@ -49,7 +49,7 @@ TEST_F(ConsoleRun, ASecondStartKeepsTheFirstDriver) {
     BDCManager.Start(&other, 30000);
     EXPECT_LT(Since(start), Milliseconds(10000));
     EXPECT_EQ(&BDCManager.GetDriver(), &m_driver);
-    EXPECT_EQ(Title().toStdString(), "BACnet configuration console - Test driver");
+    EXPECT_EQ(Title(), "BACnet configuration console - Test driver");
 }
 
 TEST_F(ConsoleRun, StartGivesUpWaitingAndTheConsoleIsBuiltAllTheSame) {
@@ -105,7 +105,7 @@ TEST_F(ConsoleRun, StartsAndStopsManyTimes) {
     for (int i = 0; i < 50; ++i) {
         m_driver.m_name = "Driver " + std::to_string(i);
         Start();
-        ASSERT_EQ(Title().toStdString(), "BACnet configuration console - " + m_driver.m_name);
+        ASSERT_EQ(Title(), "BACnet configuration console - " + m_driver.m_name);
         ASSERT_TRUE(Stop());
         ASSERT_FALSE(HasWindow());
     }
@@ -164,31 +164,28 @@ TEST_F(ConsoleRun, TriggersSurviveARestart) {
 
 // Opens a dialog in a dialog of the console, as an operator would, and notes how the inner and the outer one end.
 void OpenNestedDialogs(CEventList& events, bool withMenu) {
-    QMetaObject::invokeMethod(
-        qApp,
-        [&events, withMenu] {
-            const CBusyScope slot;
-            QDialog outer(ConsoleWindow());
-            QMetaObject::invokeMethod(
-                &outer,
-                [&events, &outer, withMenu] {
-                    QDialog inner(&outer);
-                    QMenu menu(&inner);
-                    menu.addAction(QStringLiteral("item"));
-                    if (withMenu)
-                        QMetaObject::invokeMethod(
-                            &inner,
-                            [&events, &menu] {
-                                menu.exec();
-                                events.Add("menu closed");
-                            },
-                            Qt::QueuedConnection);
-                    events.Add("inner " + std::to_string(RunModal(inner)));
-                },
-                Qt::QueuedConnection);
-            events.Add("outer " + std::to_string(RunModal(outer)));
-        },
-        Qt::QueuedConnection);
+    PostToGui([&events, withMenu] {
+        const CBusyScope slot;
+        QDialog outer(ConsoleWindow());
+        QMetaObject::invokeMethod(
+            &outer,
+            [&events, &outer, withMenu] {
+                QDialog inner(&outer);
+                QMenu menu(&inner);
+                menu.addAction(QStringLiteral("item"));
+                if (withMenu)
+                    QMetaObject::invokeMethod(
+                        &inner,
+                        [&events, &menu] {
+                            menu.exec();
+                            events.Add("menu closed");
+                        },
+                        Qt::QueuedConnection);
+                events.Add("inner " + std::to_string(RunModal(inner)));
+            },
+            Qt::QueuedConnection);
+        events.Add("outer " + std::to_string(RunModal(outer)));
+    });
 }
 
 bool HasModal() {
@@ -224,13 +221,10 @@ TEST_F(ConsoleRun, ShutdownClosesMenusToo) {
 // A dialog that somebody runs without saying so: its loop has ended before the console is destroyed.
 TEST_F(ConsoleRun, ShutdownWaitsForALoopThatWasNotAnnounced) {
     Start();
-    QMetaObject::invokeMethod(
-        qApp,
-        [this] {
-            QDialog dialog(ConsoleWindow());
-            m_events.Add("dialog " + std::to_string(dialog.exec()));
-        },
-        Qt::QueuedConnection);
+    PostToGui([this] {
+        QDialog dialog(ConsoleWindow());
+        m_events.Add("dialog " + std::to_string(dialog.exec()));
+    });
     ASSERT_TRUE(Eventually([] {
         bool has = false;
         OnGui([&] { has = QApplication::activeModalWidget() != nullptr; });
@@ -249,13 +243,10 @@ public:
 
 TEST_F(ConsoleRun, ShutdownDoesNotAskADialogThatRefuses) {
     Start();
-    QMetaObject::invokeMethod(
-        qApp,
-        [this] {
-            AskingDialog dialog(ConsoleWindow());
-            m_events.Add("dialog " + std::to_string(RunModal(dialog)));
-        },
-        Qt::QueuedConnection);
+    PostToGui([this] {
+        AskingDialog dialog(ConsoleWindow());
+        m_events.Add("dialog " + std::to_string(RunModal(dialog)));
+    });
     ASSERT_TRUE(Eventually([] {
         bool has = false;
         OnGui([&] { has = QApplication::activeModalWidget() != nullptr; });
@@ -336,7 +327,7 @@ TEST_F(ConsoleRun, AHangingHandlerIsAbandonedAndTheNextRunBeginsBehindIt) {
     BDCManager.ObjectChanged(2, {8, 1}); // there is no window yet
     m_onTransfer = nullptr;
     release.set_value();
-    EXPECT_TRUE(Eventually([&] { return Title().endsWith(QStringLiteral("Next")); }));
+    EXPECT_TRUE(Eventually([&] { return Title().ends_with("Next"); }));
     BDCManager.ObjectChanged(3, {8, 1});
     EXPECT_THAT(Settled(), ElementsAre("StartTransfer(unattended, all)", "handler returned", "~HistoryStarter()",
                                        "I: OnObjectChanged(3, (8, 1))"));

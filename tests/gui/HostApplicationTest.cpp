@@ -86,8 +86,7 @@ TEST_F(HostApplication, AnotherThreadStartsTheConsoleOnTheHostsLoop) {
                 Start();
                 EXPECT_TRUE(HasWindow());
                 EXPECT_TRUE(Stop());
-                QMetaObject::invokeMethod(
-                    qApp, [] { QApplication::quit(); }, Qt::QueuedConnection);
+                PostToGui([] { QApplication::quit(); });
             });
             QApplication::exec();
             driver.join();
