@@ -1,7 +1,7 @@
 // Puts the module together: tells the console's core which classes stand behind its interfaces.
 #include "module/console/ConsoleState.h"
 #include "module/console/ConsoleThread.h"
-#include "module/console/HistoryStarter.h"
+#include "module/history/ConsoleHistory.h"
 
 #include <memory>
 
@@ -11,6 +11,7 @@ namespace {
     consoleWiring.newRun = [](CDriver& driver) -> std::shared_ptr<IConsoleRun> {
         return std::make_shared<CBDCThread>(driver);
     };
+    consoleWiring.newHistoryStarter = NewHistoryStarter;
     return true;
 }();
 

@@ -3,16 +3,23 @@
 #include "module/console/Messages.h"
 #include "module/console/SettingsStore.h"
 #include "module/console/Tag.h"
+#include "tests/support/FakeBacGeneral.h"
 #include "tests/support/FakeDriver.h"
 #include "tests/support/FakeKernel.h"
 #include "tests/support/FakeLog.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cctype>
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <set>
 #include <sstream>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -98,19 +105,60 @@ TEST(Module, ItsOneFailureReachesTheDriverWithItsType) {
     EXPECT_THROW(storeAllProp("/dev/full", copy), std::runtime_error);
 }
 
-TEST(Module, RunsTheConsole) {
+// What the driver has around the module. It is never destroyed: a transfer may still use it when its last line was
+// seen.
+struct Driver {
     CEventList events;
-    const CFakeLog log(events);
-    CFakeKernel kernel(events);
-    CFakeDriver driver(events, kernel);
-    BDCManager.Start(&driver, 30000);
+    CFakeLog log{events};
+    CFakeBacGeneral bacnet{events};
+    CFakeKernel kernel{events};
+    CFakeDriver driver{events, kernel};
+};
+
+Driver& NewDriver() {
+    static auto* const drivers = new std::vector<Driver*>;
+    drivers->push_back(new Driver);
+    return *drivers->back();
+}
+
+TEST(Module, RunsTheConsole) {
+    Driver& site = NewDriver();
+    BDCManager.Start(&site.driver, 30000);
     EXPECT_TRUE(BDCManager.IsRunning());
     BDCManager.ObjectChanged(1, {8, 2});
-    BDCManager.StartHistoryTransfer(NewTransferRequest(1, 20, 5));
     BDCManager.PostMessageW(WM_CONSOLE_SHOW, 0, 0);
     BDCManager.InitiateShutdownW();
     EXPECT_TRUE(BDCManager.WaitEnd(30000));
-    EXPECT_EQ(events.Take().front(), "I: OnObjectChanged(1, (8, 2))");
+    EXPECT_EQ(site.events.Take(), CEventList::Lines{"I: OnObjectChanged(1, (8, 2))"});
+}
+
+// The state file of the transfer lies in the current directory.
+TEST(Module, TransfersHistoryWhenTheDriverAsksForIt) {
+    std::string folder = (std::filesystem::temp_directory_path() / "bdc-module-XXXXXX").string();
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder);
+
+    Driver& site = NewDriver();
+    BDCManager.Start(&site.driver, 30000);
+    BDCManager.StartHistoryTransfer(NewTransferRequest(1234, 20, 5));
+    const auto begin = std::chrono::steady_clock::now();
+    const auto hasEnded = [&] {
+        const auto events = site.events.Get();
+        return std::ranges::count(events, "Trace(32, HistoryManagerTransfer: end of thread)") != 0;
+    };
+    while (!hasEnded() && std::chrono::steady_clock::now() - begin < std::chrono::seconds(20))
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    const auto events = site.events.Take();
+    EXPECT_THAT(events, ::testing::IsSupersetOf({"I: Transfer request for trend-log (1234, (20, 5))",
+                                                 "I: History: Start of transfer", "I: History: End of transfer",
+                                                 "Trace(32, HistoryManagerTransfer: end of thread)"}));
+    BDCManager.InitiateShutdownW();
+    EXPECT_TRUE(BDCManager.WaitEnd(30000));
+    EXPECT_TRUE(std::filesystem::exists("BAC_Hist.ini"));
+
+    std::filesystem::current_path(before);
+    std::filesystem::remove_all(folder);
 }
 
 } // namespace
