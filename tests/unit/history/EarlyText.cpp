@@ -1,26 +1,11 @@
 // Stands in for the parts of the BACnet library that are not built yet.
 #include "api/bacnet/BacGeneral.h"
-#include "api/bacnet/Log.h"
 
 #include <array>
 #include <cstdio>
 
-CBacGeneral* BACnet = nullptr;
-
-CAsyncCallBack::~CAsyncCallBack() = default;
-CIAMCallback::~CIAMCallback() = default;
-CIAMCallbackHandler::~CIAMCallbackHandler() = default;
-CBacGeneral::~CBacGeneral() = default;
-
 std::string ansi_to_utf8(const std::string& text) {
     return text;
-}
-
-void CBacGeneral::LogInf(const std::string& text) {
-    CQilBAC_ErrLog::Instance().Write(CQilBAC_ErrLog::KIND_INFORMATION, text);
-}
-void CBacGeneral::LogErr(const std::string& text) {
-    CQilBAC_ErrLog::Instance().Write(CQilBAC_ErrLog::KIND_ERROR, text);
 }
 
 bool CBacGeneral::TestBitStringBit(BACSTAC_BIT_STRING const& value, unsigned bit) {
