@@ -59,6 +59,13 @@ Apdu Header(PduType type, const Apdu& request) {
 
 } // namespace
 
+bool IsWhoIs(std::span<const std::uint8_t> octets, bacnet::WhoIs& request) {
+    Apdu apdu;
+    return bacnet::DecodeApdu(octets, apdu) == bacnet::ApduError::none && apdu.Type == PduType::unconfirmed_request &&
+           apdu.Service == static_cast<std::uint8_t>(bacnet::UnconfirmedService::whoIs) &&
+           bacnet::DecodeWhoIs(apdu.Payload, request);
+}
+
 DeviceServer::DeviceServer(Device& device, const Origin& origin, IAmMode iAm)
     : m_device(device), m_origin(origin), m_iAm(iAm) {}
 
@@ -73,7 +80,8 @@ void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::sp
         OnRequest(context, from, apdu, octets);
         break;
     case PduType::unconfirmed_request:
-        OnWhoIs(context, from, apdu, octets, false, false);
+        if (bacnet::WhoIs request; IsWhoIs(octets, request))
+            OnWhoIs(context, from, request, false, false);
         break;
     case PduType::segment_ack:
         if (!apdu.FromServer)
@@ -88,18 +96,9 @@ void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::sp
     }
 }
 
-void DeviceServer::OnBroadcast(ServerContext& context, const Requester& from, std::span<const std::uint8_t> octets,
-                               bool globally) {
-    Apdu apdu;
-    if (bacnet::DecodeApdu(octets, apdu) == bacnet::ApduError::none && apdu.Type == PduType::unconfirmed_request)
-        OnWhoIs(context, from, apdu, octets, m_iAm == IAmMode::broadcast, globally);
-}
-
-void DeviceServer::OnWhoIs(ServerContext& context, const Requester& from, const Apdu& apdu,
-                           std::span<const std::uint8_t> octets, bool toAll, bool globally) {
-    bacnet::WhoIs request;
-    if (apdu.Service != static_cast<std::uint8_t>(bacnet::UnconfirmedService::whoIs) ||
-        !bacnet::DecodeWhoIs(apdu.Payload, request) || !request.AsksFor(m_device.Instance()))
+void DeviceServer::OnWhoIs(ServerContext& context, const Requester& from, const bacnet::WhoIs& request, bool toAll,
+                           bool globally) {
+    if (!request.AsksFor(m_device.Instance()))
         return;
     m_device.Count(Counter::whoIs);
     FaultEffects effects;
@@ -111,7 +110,7 @@ void DeviceServer::OnWhoIs(ServerContext& context, const Requester& from, const 
     if (effects.Silent) {
         m_device.Count(Counter::withheld);
     } else if (effects.DelayMs > 0) {
-        const Deferred later{from, toAll, globally, {octets.begin(), octets.end()}, {}};
+        const Deferred later{from, toAll, globally, {}, {}};
         context.Timers.Push({context.NowMs + effects.DelayMs, 0, this, 0, std::make_shared<Deferred>(later)});
     } else {
         SendIAm(context, from, toAll, globally);
@@ -188,11 +187,9 @@ void DeviceServer::OnTimer(ServerContext& context, const Timer& timer) {
     if (timer.Request != nullptr) {
         const Deferred& later = *timer.Request;
         Apdu apdu;
-        if (bacnet::DecodeApdu(later.Apdu, apdu) != bacnet::ApduError::none)
-            return;
-        if (apdu.Type == PduType::unconfirmed_request)
+        if (later.Apdu.empty())
             SendIAm(context, later.From, later.ToAll, later.Globally);
-        else
+        else if (bacnet::DecodeApdu(later.Apdu, apdu) == bacnet::ApduError::none)
             Answer(context, later.From, apdu, later.Effects);
         return;
     }

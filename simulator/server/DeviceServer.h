@@ -23,6 +23,9 @@ struct ServerContext {
     std::int64_t NowMs; // monotonic
 };
 
+// True for an APDU that is a Who-Is, the only service to all that devices answer.
+bool IsWhoIs(std::span<const std::uint8_t> apdu, bacnet::WhoIs& request);
+
 class DeviceServer {
 public:
     // origin's socket is borrowed and has to be open while requests come.
@@ -32,8 +35,10 @@ public:
 
     // An APDU for this device alone.
     void OnApdu(ServerContext& context, const Requester& from, std::span<const std::uint8_t> apdu);
-    // An APDU for all: only Who-Is is served. Any server thread. globally: it went to all networks.
-    void OnBroadcast(ServerContext& context, const Requester& from, std::span<const std::uint8_t> apdu, bool globally);
+    // A Who-Is for all. Any server thread. globally: it went to all networks.
+    void OnBroadcast(ServerContext& context, const Requester& from, const bacnet::WhoIs& request, bool globally) {
+        OnWhoIs(context, from, request, m_iAm == IAmMode::broadcast, globally);
+    }
     // The thread that set the timer.
     void OnTimer(ServerContext& context, const Timer& timer);
 
@@ -56,8 +61,8 @@ private:
         FaultEffects Effects;
     };
 
-    void OnWhoIs(ServerContext& context, const Requester& from, const bacnet::Apdu& apdu,
-                 std::span<const std::uint8_t> octets, bool toAll, bool globally);
+    void OnWhoIs(ServerContext& context, const Requester& from, const bacnet::WhoIs& request, bool toAll,
+                 bool globally);
     void SendIAm(ServerContext& context, const Requester& from, bool toAll, bool globally);
     void OnRequest(ServerContext& context, const Requester& from, const bacnet::Apdu& apdu,
                    std::span<const std::uint8_t> octets);

@@ -65,12 +65,15 @@ void RouterServer::OnBroadcast(ServerContext& context, const bacnet::BipAddress&
 }
 
 void RouterServer::ForwardBroadcast(ServerContext& context, const Requester& from, const bacnet::Npdu& npdu) const {
+    bacnet::WhoIs request;
+    if (!IsWhoIs(npdu.Payload, request))
+        return;
     const bool globally = npdu.DestinationNetwork == bacnet::GLOBAL_BROADCAST;
     for (const auto& [number, stations] : m_networks) {
         if (!globally && number != npdu.DestinationNetwork)
             continue;
         for (const auto& [mac, server] : stations)
-            server->OnBroadcast(context, from, npdu.Payload, globally);
+            server->OnBroadcast(context, from, request, globally);
     }
 }
 

@@ -16,9 +16,9 @@ class DeviceServer;
 // A request that is answered later than it came.
 struct Deferred {
     Requester From;
-    bool ToAll = false;    // Who-Is: the answer is broadcast,
-    bool Globally = false; // on all networks
-    std::vector<std::uint8_t> Apdu;
+    bool ToAll = false;             // Who-Is: the answer is broadcast,
+    bool Globally = false;          // on all networks
+    std::vector<std::uint8_t> Apdu; // of a confirmed request; empty: Who-Is
     FaultEffects Effects;
 };
 

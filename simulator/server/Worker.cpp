@@ -122,9 +122,13 @@ void Worker::OnBroadcast(ServerContext& context, const bacnet::BipAddress& from,
     const bool globally = npdu.DestinationNetwork == bacnet::GLOBAL_BROADCAST;
     if (npdu.IsNetworkMessage || (npdu.DestinationNetwork != 0 && !globally))
         return;
+    // Looked at once for all devices: their own I-Am come back here, too.
+    bacnet::WhoIs request;
+    if (!IsWhoIs(npdu.Payload, request))
+        return;
     const Requester requester = RequesterOf(from, npdu);
     for (DeviceServer* device : m_site.LocalDevices)
-        device->OnBroadcast(context, requester, npdu.Payload, globally);
+        device->OnBroadcast(context, requester, request, globally);
 }
 
 } // namespace sim

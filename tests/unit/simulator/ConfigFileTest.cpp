@@ -296,6 +296,15 @@ TEST(ConfigFile, EveryCutOfADescriptionIsReadOrRefused) {
     }
 }
 
+TEST(ConfigFile, TheExampleCanBeRead) {
+    SimulatorConfig config;
+    std::string errors;
+    EXPECT_TRUE(LoadConfig(std::string(BDC_SOURCE_DIR) + "/simulator/examples/building.toml", config, errors))
+        << errors;
+    EXPECT_EQ(config.Devices.size(), 3U);
+    EXPECT_EQ(config.Routers.at(0).Networks.at(0).Devices.size(), 2U);
+}
+
 TEST(ConfigFile, AMissingFileIsTold) {
     SimulatorConfig config;
     std::string errors;
