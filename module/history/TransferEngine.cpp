@@ -131,7 +131,7 @@ void CTransferEngine::TransferDevice(const CDeviceSettings& settings) {
     int readCount = m_services.driver.GetTransferChunk();
     if (IsLimitedBy(settings, HISTORY_LIMIT_BY_RECORDS))
         readCount = std::min(readCount, settings.limitValue);
-    DeviceRun run{*device, settings, static_cast<std::size_t>(std::max(readCount, 0)), startTick};
+    DeviceRun run{settings, static_cast<std::size_t>(std::max(readCount, 0)), startTick};
     for (const std::string& name : settings.objects) {
         if (run.limitReached || IsStopped())
             break;

@@ -31,7 +31,6 @@ public:
 private:
     // What the limits of one device count. They hold for all its objects together.
     struct DeviceRun {
-        CBACnetDevice& device;
         const CDeviceSettings& settings;
         std::size_t readCount;     // entries to ask for in one block
         std::uint32_t startTick;   // ms
