@@ -1,6 +1,7 @@
 #include "platform/stack/client/BacnetClient.h"
 
 #include "api/bacnet/Log.h"
+#include "platform/stack/client/RequestBuffer.h"
 #include "platform/stack/client/Status.h"
 #include "platform/stack/codec/Writer.h"
 #include "platform/stack/directory/DirFile.h"
@@ -111,6 +112,36 @@ BACSTAC_STATUS BacnetClient::Conclude(const Peer& peer, ConfirmedService service
     return ToStatus(result, service, answer, error);
 }
 
+BACSTAC_STATUS BacnetClient::FindPeer(unsigned device, const BACSTAC_ADDRESS& address, Peer& peer) const {
+    const BACSTAC_STATUS status = FindPeer(device, peer);
+    if (address.MacLength == 0 || (status == BACSTAC_OK && peer.Address == address))
+        return status;
+    return FindPeer(address, peer); // the caller knows better
+}
+
+BACSTAC_STATUS BacnetClient::Query(unsigned device, ConfirmedService service, const RequestBuffer& request,
+                                   AnswerBuffer& answer, BACSTAC_ERROR* error) {
+    Peer peer;
+    const BACSTAC_STATUS status = FindPeer(device, peer);
+    if (status != BACSTAC_OK)
+        return status;
+    return request.Out.Overflow() ? BACSTAC_STATUS_TOO_LONG
+                                  : Exchange(peer, service, request.Out.Written(), answer, error);
+}
+
+BACSTAC_STATUS BacnetClient::Command(const Peer& peer, ConfirmedService service, const RequestBuffer& request,
+                                     BACSTAC_ERROR* error) {
+    AnswerBuffer answer;
+    return request.Out.Overflow() ? BACSTAC_STATUS_TOO_LONG
+                                  : Exchange(peer, service, request.Out.Written(), answer, error);
+}
+
+BACSTAC_STATUS BacnetClient::Command(unsigned device, ConfirmedService service, const RequestBuffer& request,
+                                     BACSTAC_ERROR* error) {
+    AnswerBuffer answer;
+    return Query(device, service, request, answer, error);
+}
+
 // ---- unconfirmed ----------------------------------------------------------------------------------------------------
 
 BACSTAC_STATUS BacnetClient::WhoIs(BACSTAC_ADDRESS const& destination, unsigned low, unsigned high) {
@@ -123,7 +154,7 @@ BACSTAC_STATUS BacnetClient::WhoIs(BACSTAC_ADDRESS const& destination, unsigned 
     EncodeWhoIs({low, high}, writer);
     const Outcome outcome = m_transactions.SendUnconfirmed(
         destination, static_cast<std::uint8_t>(UnconfirmedService::whoIs), writer.Written());
-    return ToStatus({outcome, 0}, ConfirmedService::readProperty, {}, nullptr);
+    return ToStatus(outcome);
 }
 
 void BacnetClient::Announce() {

@@ -25,6 +25,8 @@
 
 namespace bacnet {
 
+class RequestBuffer;
+
 // A data link and the number of the network that it is on.
 struct ClientLink {
     std::unique_ptr<IDataLink> Link;
@@ -145,6 +147,17 @@ private:
     void OnRequest(const RequestIndication& request) override;
     void OnIAm(const RequestIndication& request);
 
+    // The address that the caller gives, or the device's where it gives none.
+    BACSTAC_STATUS FindPeer(unsigned device, const BACSTAC_ADDRESS& address, Peer& peer) const;
+    // Exchanges of services whose answer carries nothing.
+    BACSTAC_STATUS Command(const Peer& peer, ConfirmedService service, const RequestBuffer& request,
+                           BACSTAC_ERROR* error);
+    BACSTAC_STATUS Command(unsigned device, ConfirmedService service, const RequestBuffer& request,
+                           BACSTAC_ERROR* error);
+    BACSTAC_STATUS Query(unsigned device, ConfirmedService service, const RequestBuffer& request, AnswerBuffer& answer,
+                         BACSTAC_ERROR* error);
+    BACSTAC_STATUS Write(const Peer& peer, const PropertyTarget& target, int priority,
+                         BACSTAC_PROPERTY_CONTENTS const& contents, BACSTAC_ERROR* error);
     BACSTAC_STATUS ReadEncoded(const Peer& peer, const PropertyTarget& target, AnswerBuffer& answer,
                                std::span<const std::uint8_t>& value, BACSTAC_ERROR* error);
     BACSTAC_STATUS ReadContents(const Peer& peer, const PropertyTarget& target, BACSTAC_PROPERTY_CONTENTS& contents,

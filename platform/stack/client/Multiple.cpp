@@ -154,9 +154,7 @@ BACSTAC_STATUS BacnetClient::ReadPropertyMultiple(unsigned device, BACSTAC_ADDRE
     if (count != 0 && (objects == nullptr || items == nullptr))
         return BACSTAC_STATUS_INVALID_ARGUMENT;
     Peer peer;
-    BACSTAC_STATUS status = FindPeer(device, peer);
-    if (address.MacLength != 0 && (status != BACSTAC_OK || peer.Address != address))
-        status = FindPeer(address, peer); // the caller knows better
+    const BACSTAC_STATUS status = FindPeer(device, address, peer);
     if (status != BACSTAC_OK)
         return status;
     return ReadMany(peer, objects, items, count, error);

@@ -70,6 +70,10 @@ BACSTAC_STATUS ToStatus(const CallResult& result, ConfirmedService service, std:
     return BACSTAC_STATUS_INVALID_ANSWER;
 }
 
+BACSTAC_STATUS ToStatus(Outcome sent) {
+    return ToStatus({sent, 0}, ConfirmedService::readProperty, {}, nullptr);
+}
+
 bool IsTooMuch(BACSTAC_STATUS status, const BACSTAC_ERROR& error) {
     switch (status) {
     case BACSTAC_STATUS_TOO_LONG:

@@ -18,6 +18,9 @@ inline constexpr std::uint32_t ERROR_KIND_ERROR = 2;
 BACSTAC_STATUS ToStatus(const CallResult& result, ConfirmedService service, std::span<const std::uint8_t> answer,
                         BACSTAC_ERROR* error);
 
+// Of what was sent without waiting for an answer.
+BACSTAC_STATUS ToStatus(Outcome sent);
+
 // Whether single reads may do what a multiple read could not: the device does not know the service, or the answer was
 // too much for it. Never after a time-out or any other local failure.
 bool CanReadSingly(BACSTAC_STATUS status, const BACSTAC_ERROR& error);
