@@ -151,7 +151,10 @@ public:
     static int PrintDateTime(char* buffer, unsigned size, BACSTAC_DATE_TIME const& value);
     static int PrintDevObjPropReference(char* buffer, unsigned size, BACSTAC_DEV_OBJ_PROP_REF const& value);
     static int PrintEnum(char* buffer, unsigned size, unsigned value, ENUM_TYPE_ID type);
+    // The second form also prints the message and the parameters, which lie elsewhere in the contents of the record.
     static int PrintEventNotif(char* buffer, unsigned size, BACSTAC_EVENT_NOTIF const& value);
+    static int PrintEventNotif(char* buffer, unsigned size, BACSTAC_EVENT_NOTIF const& value,
+                               BACSTAC_PROPERTY_CONTENTS const& contents);
     static int PrintObjPropReference(char* buffer, unsigned size, BACSTAC_OBJ_PROP_REF const& value);
     static int PrintObjectID(char* buffer, unsigned size, BACSTAC_OBJECT_ID const& value);
     static int PrintPropReference(char* buffer, unsigned size, BACSTAC_PROPERTY_REF const& value);

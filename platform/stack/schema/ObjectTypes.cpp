@@ -112,6 +112,31 @@ constexpr const PropertyInfo* Find(std::span<const PropertyInfo> properties, BAC
     return found == properties.end() || found->Property != property ? nullptr : &*found;
 }
 
+// ---- the numbers of each type's properties, one type behind the other
+
+constexpr std::size_t ROWS = [] {
+    std::size_t rows = 0;
+    for (const ObjectTypeInfo& type : TYPES)
+        rows += type.Properties.size();
+    return rows;
+}();
+
+struct PropertyIds {
+    std::array<BACSTAC_PROPERTY_ID, ROWS> Ids;
+    std::array<std::size_t, std::size(TYPES)> First;
+};
+
+constexpr PropertyIds IDS = [] {
+    PropertyIds ids{};
+    std::size_t row = 0;
+    for (const ObjectTypeInfo& type : TYPES) {
+        ids.First[type.Type] = row;
+        for (const PropertyInfo& property : type.Properties)
+            ids.Ids[row++] = property.Property;
+    }
+    return ids;
+}();
+
 // ---- properties whatever the type
 
 struct Agreement {
@@ -174,6 +199,12 @@ std::span<const ObjectTypeInfo> AllObjectTypes() {
 std::span<const PropertyInfo> ObjectProperties(BACSTAC_OBJECT_TYPE objectType) {
     const ObjectTypeInfo* const type = FindObjectType(objectType);
     return type == nullptr ? std::span<const PropertyInfo>() : type->Properties;
+}
+
+std::span<const BACSTAC_PROPERTY_ID> ObjectPropertyIds(BACSTAC_OBJECT_TYPE objectType) {
+    const ObjectTypeInfo* const type = FindObjectType(objectType);
+    const std::span<const BACSTAC_PROPERTY_ID> all(IDS.Ids);
+    return type == nullptr ? all.first(0) : all.subspan(IDS.First[objectType], type->Properties.size());
 }
 
 const PropertyInfo* FindProperty(BACSTAC_OBJECT_TYPE objectType, BACSTAC_PROPERTY_ID property) {

@@ -49,5 +49,7 @@ const PropertyInfo* FindProperty(BACSTAC_OBJECT_TYPE objectType, BACSTAC_PROPERT
 
 // Empty for an unknown type.
 std::span<const PropertyInfo> ObjectProperties(BACSTAC_OBJECT_TYPE objectType);
+// Their numbers alone.
+std::span<const BACSTAC_PROPERTY_ID> ObjectPropertyIds(BACSTAC_OBJECT_TYPE objectType);
 
 } // namespace bacnet
