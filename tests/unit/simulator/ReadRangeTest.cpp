@@ -250,12 +250,13 @@ TEST_F(ReadRange, RefusesWhatHasNoRanges) {
 TEST_F(ReadRange, PlainListsHavePositionsOnly) {
     DeviceConfig device = SmallDevice(Site.Block);
     StartWithThree(&device);
-    const Value recipients[] = {Value::Unsigned(1), Value::Unsigned(2), Value::Unsigned(3)};
-    Site.FirstDevice().SetProperty({OBJ_DEVICE, 1234}, PROP_DEVICE_ADDRESS_BINDING, Value::List(recipients));
-    EXPECT_EQ(Site.Ask("00 05 01 1A 0C 02 00 04 D2 19 1E 3E 21 02 31 05 3F"),
-              "30 01 1A 0C 02 00 04 D2 19 1E 3A 05 40 49 02 5E 21 02 21 03 5F");
-    EXPECT_EQ(Site.Ask("00 05 01 1A 0C 02 00 04 D2 19 1E 6E 21 02 31 05 6F"), "50 01 1A 91 02 91 8C");
-    EXPECT_EQ(Site.Ask("00 05 01 1A 0C 02 00 04 D2 19 1E 7E A4 7E 05 1C 04 B4 0A 00 00 00 31 03 7F"),
+    const Value alarms[] = {Value::Unsigned(1), Value::Unsigned(2), Value::Unsigned(3)};
+    constexpr BACSTAC_PROPERTY_ID ALARM_VALUES = 7;
+    Site.FirstDevice().SetProperty({OBJ_MULTI_STATE_VALUE, 2}, ALARM_VALUES, Value::List(alarms));
+    EXPECT_EQ(Site.Ask("00 05 01 1A 0C 04 C0 00 02 19 07 3E 21 02 31 05 3F"),
+              "30 01 1A 0C 04 C0 00 02 19 07 3A 05 40 49 02 5E 21 02 21 03 5F");
+    EXPECT_EQ(Site.Ask("00 05 01 1A 0C 04 C0 00 02 19 07 6E 21 02 31 05 6F"), "50 01 1A 91 02 91 8C");
+    EXPECT_EQ(Site.Ask("00 05 01 1A 0C 04 C0 00 02 19 07 7E A4 7E 05 1C 04 B4 0A 00 00 00 31 03 7F"),
               "50 01 1A 91 02 91 8D");
 }
 
