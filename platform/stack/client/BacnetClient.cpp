@@ -18,9 +18,8 @@ namespace {
 constexpr std::uint16_t smallestMaxApdu = 50; // clause 20.1.2.5; a device that claims less cannot mean it
 
 std::string AddressText(const BACSTAC_ADDRESS& address) {
-    std::string text = address.Remote != 0 ? std::to_string(address.Network) + ":" : "";
-    for (std::size_t i = 0; i < address.MacLength && i < sizeof address.Mac; ++i)
-        text += (i == 0 ? "" : ".") + std::to_string(address.Mac[i]);
+    char text[64];
+    CBacGeneral::PrintAddress(text, sizeof text, address);
     return text;
 }
 

@@ -157,8 +157,8 @@ BACSTAC_STATUS BacnetClient::ReadRange(unsigned device, BACSTAC_OBJECT_ID const&
     if (status != BACSTAC_OK)
         return status;
     if (dropped) { // to the caller it is as if the device had sent less
-        ack.Flags.Bits[0] = static_cast<std::uint8_t>((ack.Flags.Bits[0] & ~(1U << BACSTAC_RANGE_LAST_ITEM)) |
-                                                      1U << BACSTAC_RANGE_MORE_ITEMS);
+        SetBitStringBit(ack.Flags, BACSTAC_RANGE_LAST_ITEM, false);
+        SetBitStringBit(ack.Flags, BACSTAC_RANGE_MORE_ITEMS, true);
     }
     if (resultFlags != nullptr)
         *resultFlags = ack.Flags;
