@@ -42,7 +42,7 @@ else()
   if(BDC_SANITIZE)
     target_compile_options(bdc_options INTERFACE
       -fsanitize=${BDC_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all
-      -Wno-null-dereference -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-array-bounds)
+      $<$<CXX_COMPILER_ID:GNU>:-Wno-null-dereference -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-array-bounds>)
     target_link_options(bdc_options INTERFACE -fsanitize=${BDC_SANITIZE})
   else()
     target_compile_options(bdc_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)

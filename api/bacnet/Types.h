@@ -6,6 +6,7 @@
 // never a pointer; the accessors at the end of this file resolve it.
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 
