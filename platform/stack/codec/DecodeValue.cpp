@@ -124,24 +124,6 @@ bool AppendString(Reader& in, BACSTAC_DATA_TYPE type, Sink& sink) {
     return true;
 }
 
-// What was appended since mark goes behind the records, where a record can refer to it.
-bool MoveBehind(Sink& sink, Sink::Mark mark, std::uint32_t& offset) {
-    const std::uint32_t start = mark.Low;
-    const std::uint32_t size = sink.Low() - start;
-    sink.GoBack({start, sink.High()});
-    offset = 0;
-    if (size == 0)
-        return true;
-    constexpr std::uint32_t alignment = 8;
-    const std::uint32_t to = size <= sink.High() - start ? (sink.High() - size) & ~(alignment - 1) : 0;
-    if (to < start)
-        return sink.Refuse() != nullptr;
-    std::memmove(sink.Base() + to, sink.Base() + start, size);
-    sink.GoBack({start, to});
-    offset = to;
-    return true;
-}
-
 bool DecodeRaw(std::span<const std::uint8_t> octets, BACSTAC_ANY_VALUE& value, Sink& sink) {
     const auto size = static_cast<std::uint32_t>(octets.size());
     value = {TYPE_RAW, 0, size, size};
@@ -182,7 +164,7 @@ bool DecodeAny(std::span<const std::uint8_t> octets, BACSTAC_ANY_VALUE& value, S
         return DecodeRaw(octets, value, sink);
     }
     value = {type, 0, sink.Low() - mark.Low, count};
-    return MoveBehind(sink, mark, value.Offset);
+    return sink.MoveBehind(mark, value.Offset);
 }
 
 class RecordDecoder {
@@ -294,7 +276,7 @@ private:
         BACSTAC_LIST list{};
         if (!m_in.Open(static_cast<unsigned>(member.Context)) ||
             !Run(*FindType(member.Type), member.Context, list.Count) ||
-            !m_in.Close(static_cast<unsigned>(member.Context)) || !MoveBehind(m_sink, mark, list.Offset))
+            !m_in.Close(static_cast<unsigned>(member.Context)) || !m_sink.MoveBehind(mark, list.Offset))
             return false;
         Store(to, list);
         return true;
@@ -331,7 +313,7 @@ private:
         const Sink::Mark mark = m_sink.Position();
         m_sink.Take(static_cast<std::uint32_t>(length + 1));
         std::uint32_t offset = 0;
-        if (!MoveBehind(m_sink, mark, offset))
+        if (!m_sink.MoveBehind(mark, offset))
             return false;
         Store(to, offset);
         return true;
@@ -377,7 +359,7 @@ private:
             if (record == nullptr || !Element(*inner, tag.Number, record))
                 return false;
             value = {number, 0, inner->Size, 1};
-            if (!MoveBehind(m_sink, mark, value.Offset))
+            if (!m_sink.MoveBehind(mark, value.Offset))
                 return false;
         } else {
             std::span<const std::uint8_t> octets;

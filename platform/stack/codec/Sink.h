@@ -11,6 +11,12 @@ namespace bacnet {
 
 class Sink {
 public:
+    // State to go back to when an element turns out not to fit or not to be one.
+    struct Mark {
+        std::uint32_t Low;
+        std::uint32_t High;
+    };
+
     Sink(void* buffer, std::size_t size)
         : m_base(static_cast<std::uint8_t*>(buffer)),
           m_high(static_cast<std::uint32_t>(size < UINT32_MAX ? size : UINT32_MAX)) {}
@@ -45,15 +51,28 @@ public:
         std::memset(m_base + start, 0, size);
         return m_base + start;
     }
+    // Moves what was appended since mark behind the records, where a record can refer to it. offset is 0 when that is
+    // nothing. False when it does not fit.
+    bool MoveBehind(Mark mark, std::uint32_t& offset) {
+        const std::uint32_t start = mark.Low;
+        const std::uint32_t size = m_low - start;
+        m_low = start;
+        offset = 0;
+        if (size == 0)
+            return true;
+        constexpr std::uint32_t alignment = 8;
+        const std::uint32_t to = size <= m_high - start ? (m_high - size) & ~(alignment - 1) : 0;
+        if (to < start || to == 0)
+            return Refuse() != nullptr;
+        std::memmove(m_base + to, m_base + start, size);
+        m_high = to;
+        offset = to;
+        return true;
+    }
     std::uint8_t* Refuse() {
         m_full = true;
         return nullptr;
     }
-    // State to go back to when an element turns out not to fit or not to be one.
-    struct Mark {
-        std::uint32_t Low;
-        std::uint32_t High;
-    };
     Mark Position() const { return {m_low, m_high}; }
     void GoBack(Mark mark) {
         m_low = mark.Low;

@@ -1,0 +1,85 @@
+#include "api/bacnet/PropertyValue.h"
+
+#include "api/bacnet/BacGeneral.h"
+#include "api/bacnet/Dir.h"
+#include "platform/stack/codec/Elements.h"
+#include "platform/stack/codec/Sink.h"
+#include "platform/stack/codec/ValueCodec.h"
+
+#include <limits>
+
+using namespace bacnet;
+
+CPropertyValue::~CPropertyValue() = default;
+
+bool CPropertyValue::Encode(jason::value_t& /*value*/) const {
+    return false;
+}
+
+bool CPropertyValue::Decode(jason::value_t const& /*value*/) {
+    return false;
+}
+
+void CPropertyValue::SetPropId(BACSTAC_OBJECT_TYPE objectType, BACSTAC_PROPERTY_ID property) {
+    m_objectType = objectType;
+    m_property = property;
+    OnPropId();
+}
+
+std::string CPropertyValue::GetPropName() const {
+    return CBACnetDir::GetStdPropName(m_property);
+}
+
+std::string CPropertyValue::GetTypeName() const {
+    return CBACnetDir::GetDataTypeString(GetDataType());
+}
+
+std::string CPropertyValue::ToText(int arrayIndex) const {
+    CPropertyContents contents(GetDataSize());
+    if (!WriteTo(contents) || contents.DataType < 0)
+        return {};
+    // The print functions cut at the size they are given: as long as the text comes near it, there may be more.
+    constexpr std::size_t longestCharacter = 4;
+    constexpr std::size_t mostText = 16 * std::size_t{BACSTAC_CONTENTS_SIZE};
+    std::string text(256, '\0');
+    for (;;) {
+        const int length = CBacGeneral::PrintContents(text.data(), static_cast<unsigned>(text.size()), contents,
+                                                      m_objectType, m_property, arrayIndex);
+        const std::size_t used = length < 0 ? 0 : static_cast<std::size_t>(length);
+        if (used + longestCharacter < text.size() || text.size() >= mostText) {
+            text.resize(used);
+            return text;
+        }
+        text.resize(4 * text.size());
+    }
+}
+
+bool CPVElement::ReadFrom(BACSTAC_PROPERTY_CONTENTS const& contents) {
+    if (contents.DataType != GetDataType())
+        return false;
+    const void* element = FindElement(contents, 0);
+    return element != nullptr && Load(BufferView::Of(contents), static_cast<const unsigned char*>(element));
+}
+
+bool CPVElement::ReadFrom(void const* data) {
+    const auto* record = static_cast<const unsigned char*>(data);
+    return record != nullptr && Load({record, std::numeric_limits<std::uint32_t>::max()}, record);
+}
+
+bool CPVElement::WriteTo(BACSTAC_PROPERTY_CONTENTS& contents) const {
+    if (contents.BufferSize < GetDataSize())
+        return false;
+    Sink sink(contents.Buffer, contents.BufferSize);
+    if (!Store(sink))
+        return false;
+    contents.DataType = GetDataType();
+    contents.ElementCount = 1;
+    return true;
+}
+
+bool CPVElement::WriteTo(void* data, CHeap& /*heap*/) const {
+    if (data == nullptr)
+        return false;
+    Sink sink(data, GetDataSize());
+    return Store(sink);
+}
