@@ -66,5 +66,5 @@ void* CHeap::Allocate(std::size_t size) {
     }
     void* memory = m_blocks.back().get() + m_used;
     m_used += units;
-    return memory;
+    return std::memset(memory, 0, units * unit); // max_align_t has padding, which value initialization leaves alone
 }
