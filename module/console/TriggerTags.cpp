@@ -16,10 +16,13 @@ CTriggerTable& CTriggerTable::operator=(const CTriggerTable& other) {
     if (this == &other)
         return *this;
     const std::scoped_lock lock(m_mutex, other.m_mutex);
-    m_names.clear(); // they point into the map
+    m_names.clear(); // these two point into the map
+    m_byTag.clear();
     m_triggers = other.m_triggers;
-    for (const auto& [tagId, trigger] : m_triggers)
+    for (auto& [tagId, trigger] : m_triggers) {
         m_names.emplace(trigger.name, tagId);
+        m_byTag.emplace(tagId, &trigger);
+    }
     return *this;
 }
 
@@ -49,6 +52,7 @@ void CTriggerTable::Remove(IQLProgramCore* kernel, std::uint8_t gate, const char
         const auto it = m_triggers.find(tagId);
         if (it != m_triggers.end() && it->second.name == name) {
             m_names.erase({it->second.name, tagId});
+            m_byTag.erase(tagId);
             m_triggers.erase(it);
         }
     }
@@ -78,10 +82,12 @@ bool CTriggerTable::Register(CDriver* driver, IMessageSink& sink, const char* na
         const std::lock_guard lock(m_mutex);
         const auto [it, isNew] = m_triggers.try_emplace(tagId, CTriggerTag{name, TRIGGER_START_VALUE, message, lParam});
         inserted = isNew;
-        if (inserted)
+        if (inserted) {
             m_names.emplace(it->second.name, tagId);
-        else
+            m_byTag.emplace(tagId, &it->second);
+        } else {
             owner = it->second.name;
+        }
     }
     if (!inserted) {
         LogErr("BACnet: Error, RegisterTriggerTag(%s), Tag %s already used for %s", name, tagName, owner.c_str());
@@ -108,10 +114,10 @@ void CTriggerTable::OnTagChange(IMessageSink& sink, std::uint32_t tagId, double 
     const bool isUp = value != 0.0; // also for what is not a number
     {
         const std::lock_guard lock(m_mutex);
-        const auto it = m_triggers.find(tagId);
-        if (it == m_triggers.end())
+        const auto it = m_byTag.find(tagId);
+        if (it == m_byTag.end())
             return;
-        CTriggerTag& trigger = it->second;
+        CTriggerTag& trigger = *it->second;
         const bool wasUp = trigger.value != 0.0;
         trigger.value = value;
         if (isUp == wasUp)

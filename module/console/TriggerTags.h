@@ -11,6 +11,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -59,6 +60,7 @@ private:
     mutable std::mutex m_mutex;
     Map m_triggers;                                               // m_mutex
     std::set<std::pair<std::string_view, std::uint32_t>> m_names; // m_mutex; the names in m_triggers, with their ids
+    std::unordered_map<std::uint32_t, CTriggerTag*> m_byTag; // m_mutex; m_triggers for the driver's many tag changes
 };
 
 // Names of the tags that can be triggers, the digital ones, in the kernel's order.
