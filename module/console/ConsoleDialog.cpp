@@ -9,23 +9,14 @@
 #include "module/console/Globals.h"
 #include "module/console/HistoryStarter.h"
 #include "module/console/Messages.h"
+#include "module/console/ModuleLock.h"
 #include "module/console/NarrowText.h"
 #include "module/console/Networks.h"
 
 #include <algorithm>
 #include <iterator>
-#include <mutex>
 
 namespace {
-
-// The module lock as the standard library's guards want it.
-class CModuleLock {
-public:
-    CModuleLock() { BDCManager.Lock(); }
-    ~CModuleLock() { BDCManager.Unlock(); }
-    CModuleLock(const CModuleLock&) = delete;
-    CModuleLock& operator=(const CModuleLock&) = delete;
-};
 
 // A handler of this run is on the stack.
 class CHandlerScope {
