@@ -9,7 +9,6 @@
 #include <grp.h>
 #include <memory>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -317,7 +316,7 @@ TEST(Thread, OfTwoTriggersInQuickSuccessionOneRuns) {
     EXPECT_EQ(shared->runs, 1);
 }
 
-// In a child without rights, since the limit does not bind a privileged user.
+// Without rights, since the limit does not bind a privileged user.
 int StartAtTheThreadLimit() {
     constexpr uid_t NOBODY = 65534;
     if (geteuid() == 0 && (setgroups(0, nullptr) != 0 || setgid(NOBODY) != 0 || setuid(NOBODY) != 0))
@@ -341,13 +340,8 @@ int StartAtTheThreadLimit() {
 }
 
 TEST(Thread, AFailedStartLeavesTheWorkerStartable) {
-    const pid_t child = fork();
-    if (child == 0)
-        _exit(StartAtTheThreadLimit());
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process of its own, without threads of earlier tests
+    EXPECT_EXIT(_exit(StartAtTheThreadLimit()), ::testing::ExitedWithCode(0), "");
 }
 
 } // namespace
