@@ -78,6 +78,7 @@ TEST_F(RowConverter, PrintsAnyValue) {
     char text[256] = {};
     CBacGeneral::PrintContents(text, sizeof text, contents, 0x3FF, 0x3FFFFF, -1);
     EXPECT_EQ(TextOf(AnyEntry(Minute(1), value)), text);
+    EXPECT_STREQ(text, "4711");
 
     FakeLogEntry undecoded = Entry(Minute(1), BACSTAC_LOG_ANY);
     undecoded.value.Any = {-1, 0, 0, 0};
@@ -88,7 +89,8 @@ TEST_F(RowConverter, PrintsAnyValue) {
 
 TEST_F(RowConverter, CutsALongTextToTheRecord) {
     const VfiRecord record = ConvertOne(AnyEntry(Minute(1), FakeValue::Text(std::string(2000, 'x'))));
-    EXPECT_NE(std::memchr(record.text, 0, sizeof record.text), nullptr);
+    ASSERT_NE(std::memchr(record.text, 0, sizeof record.text), nullptr);
+    EXPECT_EQ(record.text, std::string(255, 'x'));
 }
 
 TEST_F(RowConverter, StoresNothingForATimeChange) {
