@@ -149,7 +149,7 @@ private:
         static std::string platforms = PlatformNames();
         static char* arguments[] = {program, option, platforms.data(), nullptr};
         static int count = platforms.empty() ? 1 : 3;
-        new QApplication(count, arguments);
+        [[maybe_unused]] static const auto* const application = new QApplication(count, arguments);
         PrepareApplication();
         {
             const std::lock_guard lock(m_mutex);

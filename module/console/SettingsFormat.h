@@ -8,7 +8,7 @@
 // The file begins with the version line, "VERSION=05" and a NUL. A file without one is version 0 and begins with a
 // section.
 inline constexpr std::string_view SETTINGS_VERSION_KEY = "VERSION=";
-inline constexpr std::string_view SETTINGS_HEADER{"VERSION=05", 11}; // with the NUL
+inline constexpr std::string_view SETTINGS_HEADER{"VERSION=05\0", 11};
 inline constexpr int SETTINGS_NO_HEADER = 0;
 
 // The first version that has a field. Files of a later version than the current one are read as the current one.
