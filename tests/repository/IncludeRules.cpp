@@ -59,7 +59,7 @@ const std::vector<FolderRule>& FolderRules() {
         // The server half of the protocol: it shares what both halves need, never the client.
         {"simulator", ServerHalf()},
         {"host", {"api", "host", "module", "platform", "simulator"}},
-        {"bench", {"api", "bench", "host", "module", "platform", "simulator"}},
+        {"bench", {"api", "bench", "host", "module", "platform", "simulator", "tests/support"}},
         {"fuzz", {"api", "fuzz", "host", "module", "platform", "simulator"}},
         {"tests", {"api", "bench", "host", "module", "platform", "simulator", "tests"}},
     };
