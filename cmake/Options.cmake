@@ -35,14 +35,14 @@ if(MSVC)
 else()
   target_compile_options(bdc_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
-    -Wcast-align -Wformat=2 -Wnull-dereference -Wundef -fno-semantic-interposition -fvisibility-inlines-hidden
+    -Wcast-align -Wformat=2 -Wundef -fno-semantic-interposition -fvisibility-inlines-hidden
     $<$<BOOL:${BDC_WERROR}>:-Werror>
     -fstack-protector-strong)
   # GCC's flow-based warnings see impossible paths once a sanitizer has instrumented the code.
   if(BDC_SANITIZE)
     target_compile_options(bdc_options INTERFACE
       -fsanitize=${BDC_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all
-      $<$<CXX_COMPILER_ID:GNU>:-Wno-null-dereference -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-array-bounds>)
+      -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-array-bounds)
     target_link_options(bdc_options INTERFACE -fsanitize=${BDC_SANITIZE})
   else()
     target_compile_options(bdc_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
