@@ -19,9 +19,6 @@ bool IsNetwork(std::uint16_t number) {
     return number != 0 && number != GLOBAL_BROADCAST;
 }
 
-void Count(std::atomic<std::uint64_t>& counter) {
-    counter.fetch_add(1, std::memory_order_relaxed);
-}
 
 // The network layer's header for a station, or for a broadcast there.
 Npdu HeaderFor(std::uint16_t network, const MacAddress& remote, bool expectingReply) {
@@ -89,7 +86,7 @@ bool NetworkLayer::SendOn(std::uint8_t port, const MacAddress& mac, Frame& npdu)
     IDataLink& link = *m_ports[port].Link;
     const bool sent = mac.Empty() ? link.Broadcast(npdu) : link.Send(mac, npdu);
     if (!sent)
-        Count(m_counters.SendFailures);
+        m_counters.SendFailures.Add();
     return sent;
 }
 
@@ -211,13 +208,13 @@ void NetworkLayer::LearnRoute(std::uint16_t network, std::uint8_t port, const Ma
 void NetworkLayer::OnNpdu(std::uint8_t port, const ReceivedNpdu& received) {
     Npdu npdu;
     if (DecodeNpdu(received.Npdu, npdu) != NpduError::none) {
-        Count(m_counters.Malformed);
+        m_counters.Malformed.Add();
         return;
     }
     // This station does not route: what is not for its own network or for all is for somebody else.
     if (npdu.DestinationNetwork != 0 && npdu.DestinationNetwork != GLOBAL_BROADCAST &&
         npdu.DestinationNetwork != m_ports[port].Network) {
-        Count(m_counters.NotForUs);
+        m_counters.NotForUs.Add();
         return;
     }
     if (npdu.SourceNetwork != 0)
@@ -244,7 +241,7 @@ void NetworkLayer::OnNetworkMessage(std::uint8_t port, const ReceivedNpdu& recei
             LearnRoute(ReadU16(payload.data() + at), port, received.Source);
         return;
     case NetworkMessage::reject_message_to_network:
-        Count(m_counters.Rejected);
+        m_counters.Rejected.Add();
         // The router has lost that network: the next request looks for another one.
         if (payload.size() >= 3 && payload[0] == REJECT_NOT_CONNECTED) {
             const std::unique_lock lock(m_routesMutex);

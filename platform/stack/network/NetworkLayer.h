@@ -9,9 +9,9 @@
 #include "api/bacnet/Types.h"
 #include "platform/stack/network/Npdu.h"
 #include "platform/stack/network/RouterTable.h"
+#include "platform/stack/transport/Counter.h"
 #include "platform/stack/transport/DataLink.h"
 
-#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <map>
@@ -47,10 +47,10 @@ public:
 };
 
 struct NetworkCounters {
-    std::atomic<std::uint64_t> Malformed{0}; // not an NPDU
-    std::atomic<std::uint64_t> NotForUs{0};  // for another network, or a source that no address can hold
-    std::atomic<std::uint64_t> Rejected{0};  // Reject-Message-To-Network
-    std::atomic<std::uint64_t> SendFailures{0};
+    Counter Malformed; // not an NPDU
+    Counter NotForUs;  // for another network, or a source that no address can hold
+    Counter Rejected;  // Reject-Message-To-Network
+    Counter SendFailures;
 };
 
 class NetworkLayer {

@@ -6,9 +6,6 @@ namespace bacnet {
 
 namespace {
 
-void Count(std::atomic<std::uint64_t>& counter) {
-    counter.fetch_add(1, std::memory_order_relaxed);
-}
 
 Apdu PlainHeader(PduType type, std::uint8_t invokeId, std::uint8_t reason) {
     Apdu header;
@@ -64,7 +61,7 @@ bool LayerCore::SendPdu(const Station& destination, const Apdu& header, std::spa
 }
 
 void LayerCore::Resend(const PeerKey& key, Transaction& transaction, const BACSTAC_ADDRESS& destination, Millis now) {
-    Count(Counters.Retries);
+    Counters.Retries.Add();
     if (transaction.Peer.Network == 0)
         return;
     // The router may be the one that is silent: ask for another, and take it as soon as it is known.
@@ -92,7 +89,7 @@ void LayerCore::Follow(const PeerTable::Dispatched& dispatched) {
 void LayerCore::OnApdu(const ApduIndication& indication) {
     Apdu pdu;
     if (DecodeApdu(indication.Apdu, pdu) != ApduError::none) {
-        Count(Counters.Malformed);
+        Counters.Malformed.Add();
         return;
     }
     if (pdu.Type == PduType::confirmed_request || pdu.Type == PduType::unconfirmed_request) {
@@ -102,7 +99,7 @@ void LayerCore::OnApdu(const ApduIndication& indication) {
                         .Enqueue({indication.Source,
                                   indication.Broadcast,
                                   {indication.Apdu.begin(), indication.Apdu.end()}})) {
-            Count(Counters.RequestsDropped);
+            Counters.RequestsDropped.Add();
         }
         return;
     }
@@ -114,7 +111,7 @@ void LayerCore::OnApdu(const ApduIndication& indication) {
 }
 
 void LayerCore::OnUnmatched(const ApduIndication& indication, const Apdu& pdu) {
-    Count(Counters.Unmatched);
+    Counters.Unmatched.Add();
     // A device that sends segments to nobody is told so (clause 5.4.4.1), once for each time that it begins or ends its
     // window rather than for each segment.
     const bool worthIt = !pdu.MoreFollows || pdu.SequenceNumber == 0;

@@ -20,7 +20,6 @@
 #include "platform/stack/transaction/Outcome.h"
 #include "platform/stack/transaction/Settings.h"
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -48,10 +47,10 @@ public:
 };
 
 struct TransactionCounters {
-    std::atomic<std::uint64_t> Malformed{0};       // not an APDU
-    std::atomic<std::uint64_t> Unmatched{0};       // answers that nobody waits for: late, doubled, foreign
-    std::atomic<std::uint64_t> Retries{0};         // requests sent again
-    std::atomic<std::uint64_t> RequestsDropped{0}; // incoming requests beyond the queue's room
+    Counter Malformed;       // not an APDU
+    Counter Unmatched;       // answers that nobody waits for: late, doubled, foreign
+    Counter Retries;         // requests sent again
+    Counter RequestsDropped; // incoming requests beyond the queue's room
 };
 
 class TransactionLayer final : public IApduUser {

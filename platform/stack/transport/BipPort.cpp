@@ -7,16 +7,11 @@ namespace bacnet {
 
 namespace {
 
-// Counters have one writer each at a time, so a plain increment is enough.
-void Count(std::atomic<std::uint64_t>& counter) {
-    counter.fetch_add(1, std::memory_order_relaxed);
-}
-
-// A station on a network of masks 255.255.255.255 (point to point) is its own broadcast address; one socket does there.
+// Whether a socket that is bound to one address misses the broadcasts of its network.
 #if defined(__linux__)
 constexpr bool SECOND_SOCKET = true;
 #else
-constexpr bool SECOND_SOCKET = false; // a socket bound to an address receives the broadcasts of its network too
+constexpr bool SECOND_SOCKET = false;
 #endif
 
 } // namespace
@@ -25,6 +20,8 @@ BipPort::BipPort() = default;
 BipPort::~BipPort() = default;
 
 std::string BipPort::Open(const BipSettings& settings) {
+    if (!m_waiter.Valid())
+        return "no descriptor left to wait with";
     UdpSocket::Options options;
     options.ReceiveBuffer = settings.ReceiveBuffer;
     options.ReceiveTimeoutMs = TICK;
@@ -116,7 +113,7 @@ void BipPort::Take(const DatagramBatch& datagrams, NpduBatch& batch) {
     batch.Count = 0;
     for (std::size_t i = 0; i < datagrams.Count(); ++i) {
         if (datagrams.Truncated(i))
-            Count(m_counters.Truncated);
+            m_counters.Truncated.Add();
         else
             TakeOne(datagrams.Octets(i), datagrams.From(i), batch);
     }
@@ -124,17 +121,17 @@ void BipPort::Take(const DatagramBatch& datagrams, NpduBatch& batch) {
 
 void BipPort::TakeOne(std::span<const std::uint8_t> datagram, const BipAddress& from, NpduBatch& batch) {
     if (IsOwn(from)) {
-        Count(m_counters.Own);
+        m_counters.Own.Add();
         return;
     }
     BvllMessage message;
     const BvllError error = DecodeBvll(datagram, message);
     if (error == BvllError::unknown_function) {
-        Count(m_counters.Unserved);
+        m_counters.Unserved.Add();
         return;
     }
     if (error != BvllError::none) {
-        Count(m_counters.Malformed);
+        m_counters.Malformed.Add();
         return;
     }
     switch (message.Function) {
@@ -146,18 +143,18 @@ void BipPort::TakeOne(std::span<const std::uint8_t> datagram, const BipAddress& 
     case BvlcFunction::forwarded_npdu:
         // Our own broadcast comes back to us when a broadcast management device serves this network.
         if (IsOwn(message.Origin))
-            Count(m_counters.Own);
+            m_counters.Own.Add();
         else
             batch.Items[batch.Count++] = {ToMac(message.Origin), true, message.Payload};
         return;
     case BvlcFunction::result:
         if (message.ResultCode != 0)
-            Count(m_counters.Results);
+            m_counters.Results.Add();
         return;
     default:
         break;
     }
-    Count(m_counters.Unserved);
+    m_counters.Unserved.Add();
     BvlcResult nak{};
     if (NakFor(message.Function, nak)) {
         std::array<std::uint8_t, 6> octets;

@@ -7,10 +7,10 @@
 #pragma once
 
 #include "platform/stack/transport/Bvll.h"
+#include "platform/stack/transport/Counter.h"
 #include "platform/stack/transport/DataLink.h"
 #include "platform/stack/transport/UdpSocket.h"
 
-#include <atomic>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -26,11 +26,11 @@ struct BipSettings {
 
 // What came and was not used. Written by the receiving threads, read by anybody.
 struct BipCounters {
-    std::atomic<std::uint64_t> Malformed{0}; // not a BVLL frame
-    std::atomic<std::uint64_t> Truncated{0}; // longer than any frame of the standard
-    std::atomic<std::uint64_t> Own{0};       // our own broadcasts
-    std::atomic<std::uint64_t> Unserved{0};  // functions that this port does not serve
-    std::atomic<std::uint64_t> Results{0};   // BVLC-Result other than success
+    Counter Malformed; // not a BVLL frame
+    Counter Truncated; // longer than any frame of the standard
+    Counter Own;       // our own broadcasts
+    Counter Unserved;  // functions that this port does not serve
+    Counter Results;   // BVLC-Result other than success
 };
 
 class BipPort final : public IDataLink {

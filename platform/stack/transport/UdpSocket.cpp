@@ -49,6 +49,7 @@ BipAddress FromSockaddr(const sockaddr_in& address) {
 
 #if defined(_WIN32)
 using SockLen = int;
+using DataLen = int;
 
 SOCKET Sock(UdpSocket::Handle handle) {
     return static_cast<SOCKET>(handle);
@@ -70,6 +71,7 @@ void StartSockets() {
 }
 #else
 using SockLen = socklen_t;
+using DataLen = std::size_t;
 
 int Sock(UdpSocket::Handle handle) {
     return handle;
@@ -99,8 +101,13 @@ bool Configure(UdpSocket::Handle handle, const UdpSocket::Options& options) {
         return false;
     if (options.Shared && !SetOption(handle, SO_REUSEADDR, on))
         return false;
-    if (options.ReceiveBuffer > 0)
-        SetOption(handle, SO_RCVBUF, options.ReceiveBuffer);
+    if (options.ReceiveBuffer > 0) {
+#if defined(__linux__)
+        // Beyond the system's limit for everybody, where this process may.
+        if (!SetOption(handle, SO_RCVBUFFORCE, options.ReceiveBuffer))
+#endif
+            SetOption(handle, SO_RCVBUF, options.ReceiveBuffer);
+    }
     if (options.SendBuffer > 0)
         SetOption(handle, SO_SNDBUF, options.SendBuffer);
 #if defined(_WIN32)
@@ -214,7 +221,8 @@ BipAddress UdpSocket::LocalAddress() const {
 bool UdpSocket::Send(const BipAddress& to, std::span<const std::uint8_t> datagram) const {
     const sockaddr_in address = ToSockaddr(to);
     for (;;) {
-        const auto sent = ::sendto(Sock(m_handle), reinterpret_cast<const char*>(datagram.data()), datagram.size(), 0,
+        const auto sent = ::sendto(Sock(m_handle), reinterpret_cast<const char*>(datagram.data()),
+                                   static_cast<DataLen>(datagram.size()), 0,
                                    reinterpret_cast<const sockaddr*>(&address), sizeof(address));
         if (sent >= 0)
             return true;
@@ -309,8 +317,9 @@ std::size_t UdpSocket::Receive(DatagramBatch& batch, std::size_t limit, bool blo
         }
         DatagramBatch::Slots::Slot& slot = batch.m_slots->Items[batch.m_count];
         SockLen length = sizeof(slot.From);
-        const auto got = ::recvfrom(Sock(m_handle), reinterpret_cast<char*>(slot.Octets), sizeof(slot.Octets), 0,
-                                    reinterpret_cast<sockaddr*>(&slot.From), &length);
+        const auto got =
+            ::recvfrom(Sock(m_handle), reinterpret_cast<char*>(slot.Octets), static_cast<DataLen>(sizeof(slot.Octets)),
+                       0, reinterpret_cast<sockaddr*>(&slot.From), &length);
 #if defined(_WIN32)
         slot.Truncated = got < 0 && LastError() == WSAEMSGSIZE;
 #else
@@ -342,12 +351,15 @@ struct SocketWaiter::Impl {
 
 SocketWaiter::SocketWaiter() : m_impl(std::make_unique<Impl>()) {
     m_impl->Event = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (m_impl->Event < 0)
-        throw std::system_error(errno, std::generic_category(), "eventfd");
 }
 
 SocketWaiter::~SocketWaiter() {
-    ::close(m_impl->Event);
+    if (Valid())
+        ::close(m_impl->Event);
+}
+
+bool SocketWaiter::Valid() const {
+    return m_impl->Event >= 0;
 }
 
 void SocketWaiter::Interrupt() {
@@ -360,13 +372,16 @@ void SocketWaiter::Interrupt() {
 #else
 
 SocketWaiter::SocketWaiter() : m_impl(std::make_unique<Impl>()) {
-    const std::string reason = m_impl->Event.Open({0x7F000001, 0}, {});
-    if (!reason.empty())
-        throw std::runtime_error(reason);
+    constexpr std::uint32_t LOCALHOST = 0x7F000001;
+    m_impl->Event.Open({LOCALHOST, 0}, {});
     m_impl->EventAddress = m_impl->Event.LocalAddress();
 }
 
 SocketWaiter::~SocketWaiter() = default;
+
+bool SocketWaiter::Valid() const {
+    return m_impl->Event.IsOpen();
+}
 
 void SocketWaiter::Interrupt() {
     if (m_impl->Pending.exchange(true))

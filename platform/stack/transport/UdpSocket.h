@@ -99,6 +99,7 @@ public:
     ~SocketWaiter();
     SocketWaiter(const SocketWaiter&) = delete;
     SocketWaiter& operator=(const SocketWaiter&) = delete;
+    bool Valid() const; // false when the system had no descriptor left; it must not be used then
 
     // Bit n is set when sockets[n] (at most 8; null ones are skipped) has something to receive. timeoutMs -1: no limit.
     unsigned Wait(std::span<const UdpSocket* const> sockets, int timeoutMs);

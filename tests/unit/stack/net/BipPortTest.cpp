@@ -107,7 +107,7 @@ TEST_F(Port, BroadcastsAreReceivedByEachPortOfTheMachineButTheSender) {
     ASSERT_EQ(m_port.WaitReadable(IDataLink::BROADCASTS, 2000), IDataLink::BROADCASTS);
     EXPECT_EQ(m_port.ReceiveBroadcasts(m_batch), 1U);
     EXPECT_EQ(m_batch.Count, 0U);
-    EXPECT_EQ(m_port.Counters().Own.load(), 1U);
+    EXPECT_EQ(m_port.Counters().Own.Value(), 1U);
 }
 
 TEST_F(Port, ForwardedBroadcastsComeFromTheirOriginator) {
@@ -135,10 +135,10 @@ TEST_F(Port, FunctionsThatAreNotServedGetTheirNak) {
     m_peer.Send(Station(), frames::Octets{0x81, 0x00, 0x00, 0x06, 0x00, 0x30});
     m_peer.Send(Station(), frames::Octets{0x81, 0x03, 0x00, 0x04});
     m_peer.Send(Station(), frames::Octets{0x81, 0x06, 0x00, 0x04}); // Read-Foreign-Device-Table
-    while (m_port.Counters().Unserved.load() < 3)
+    while (m_port.Counters().Unserved.Value() < 3)
         ASSERT_NE(Receive(), 0U);
     EXPECT_EQ(PeerReceives(), (frames::Octets{0x81, 0x00, 0x00, 0x06, 0x00, 0x40}));
-    EXPECT_EQ(m_port.Counters().Results.load(), 1U);
+    EXPECT_EQ(m_port.Counters().Results.Value(), 1U);
 }
 
 TEST_F(Port, RubbishIsCountedAndWhatFollowsIsReceived) {
@@ -153,14 +153,14 @@ TEST_F(Port, RubbishIsCountedAndWhatFollowsIsReceived) {
         received += count;
     }
     ASSERT_EQ(m_batch.Count, 1U);
-    EXPECT_EQ(m_port.Counters().Malformed.load(), frames::READ_PROPERTY.size());
-    EXPECT_EQ(m_port.Counters().Truncated.load(), 1U);
+    EXPECT_EQ(m_port.Counters().Malformed.Value(), frames::READ_PROPERTY.size());
+    EXPECT_EQ(m_port.Counters().Truncated.Value(), 1U);
 }
 
 TEST_F(Port, OneAtATimeNoticesTruncationToo) {
     const frames::Octets huge(4000, 0x81);
     m_peer.Send(Station(), huge);
-    while (m_port.Counters().Truncated.load() == 0)
+    while (m_port.Counters().Truncated.Value() == 0)
         ASSERT_LE(m_port.ReceiveDirected(m_batch, 1, IDataLink::Wait::tick), 1U);
     EXPECT_EQ(m_batch.Count, 0U);
 }

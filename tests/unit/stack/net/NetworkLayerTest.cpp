@@ -126,14 +126,14 @@ TEST_F(Networking, MessagesForOtherNetworksAreNotTaken) {
     ASSERT_EQ(m_apdus.size(), 2U);
     EXPECT_TRUE(m_indications[0].Broadcast);
     EXPECT_TRUE(m_indications[1].Broadcast);
-    EXPECT_EQ(m_layer.Counters().NotForUs.load(), 1U);
+    EXPECT_EQ(m_layer.Counters().NotForUs.Value(), 1U);
 }
 
 TEST_F(Networking, MalformedMessagesAreCountedAndLeaveNoTrace) {
     frames::CutAtEveryOctet(frames::Octets{0x01, 0x08, 0x00, 0x4D, 0x01, 0x03}, [this](auto cut) {
         Receive(0, ROUTER, {cut.begin(), cut.end()});
     });
-    EXPECT_EQ(m_layer.Counters().Malformed.load(), 6U);
+    EXPECT_EQ(m_layer.Counters().Malformed.Value(), 6U);
     EXPECT_TRUE(m_layer.Routers().empty());
     EXPECT_TRUE(m_apdus.empty());
 }

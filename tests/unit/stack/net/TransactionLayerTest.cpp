@@ -153,7 +153,7 @@ TEST_F(Calling, SilenceIsRepeatedWithTheSameOctetsAndThenGivenUp) {
         EXPECT_EQ(m_link.Frames[i].At - m_begun, static_cast<Millis>(3000 * i));
     }
     EXPECT_EQ(m_lasted, 12000);
-    EXPECT_EQ(m_layer->Counters().Retries.load(), 3U);
+    EXPECT_EQ(m_layer->Counters().Retries.Value(), 3U);
 }
 
 TEST_F(Calling, OptionsBoundOneCall) {
@@ -187,7 +187,7 @@ TEST_F(Calling, ALateAnswerIsNotTakenForTheNextRequest) {
     EXPECT_EQ(Call(LOCAL).How, Outcome::timeout);
     EXPECT_EQ(Call(LOCAL).How, Outcome::complex_ack);
     EXPECT_EQ(AnswerOctets(), RESULT);
-    EXPECT_EQ(m_layer->Counters().Unmatched.load(), 1U);
+    EXPECT_EQ(m_layer->Counters().Unmatched.Value(), 1U);
 }
 
 TEST_F(Calling, AnInvokeIdWithoutAnswerRestsBeforeItIsUsedAgain) {
@@ -217,7 +217,7 @@ TEST_F(Calling, ADoubledAnswerIsTakenOnce) {
         EXPECT_EQ(AnswerOctets(), RESULT);
         m_clock.Advance(5);
     }
-    EXPECT_EQ(m_layer->Counters().Unmatched.load(), 2U);
+    EXPECT_EQ(m_layer->Counters().Unmatched.Value(), 2U);
 }
 
 TEST_F(Calling, AnswersOfOthersAreNotTaken) {
@@ -230,7 +230,7 @@ TEST_F(Calling, AnswersOfOthersAreNotTaken) {
     });
     EXPECT_EQ(Call(LOCAL).How, Outcome::complex_ack);
     EXPECT_EQ(AnswerOctets(), RESULT);
-    EXPECT_EQ(m_layer->Counters().Unmatched.load(), 4U);
+    EXPECT_EQ(m_layer->Counters().Unmatched.Value(), 4U);
 }
 
 TEST_F(Calling, AnAnswerFromAnotherPortOfTheSameAddressIsTaken) {
@@ -394,7 +394,7 @@ TEST_F(Calling, EveryAnswerCutAtEveryOctetLeavesTheCallAlone) {
     });
     EXPECT_EQ(Call(LOCAL).How, Outcome::complex_ack);
     EXPECT_EQ(AnswerOctets(), RESULT);
-    EXPECT_EQ(m_network.Counters().Malformed.load() + m_layer->Counters().Malformed.load(), 5U);
+    EXPECT_EQ(m_network.Counters().Malformed.Value() + m_layer->Counters().Malformed.Value(), 5U);
 }
 
 TEST_F(Calling, UnconfirmedRequestsGoOutWithoutWaiting) {
