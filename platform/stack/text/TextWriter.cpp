@@ -16,7 +16,7 @@ TextWriter::TextWriter(char* buffer, std::size_t size)
 }
 
 void TextWriter::Put(std::string_view text) {
-    if (m_full)
+    if (m_full || text.empty())
         return;
     const std::size_t room = m_capacity - m_length;
     m_full = text.size() > room;

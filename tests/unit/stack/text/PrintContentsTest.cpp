@@ -278,14 +278,14 @@ TEST(PrintContents, EndsWhereReferencesLeadInACircle) {
     EXPECT_FALSE(contents.Text().empty());
 }
 
-TEST(PrintContents, OfEveryTypeCopesWithZerosOnesAndCutBuffers) {
+TEST(PrintContents, OfEveryTypeCopesWithRubbishInCutAndUnalignedBuffers) {
     for (const bacnet::TypeInfo& type : bacnet::AllTypes()) {
         for (const int filling : {0x00, 0xFF, 0x01}) {
-            std::vector<std::uint8_t> bytes(512, static_cast<std::uint8_t>(filling));
+            std::vector<std::uint8_t> bytes(513, static_cast<std::uint8_t>(filling));
             for (const std::uint32_t size : {0U, 1U, 4U, 16U, 100U, 512U}) {
                 for (const std::uint32_t count : {0U, 1U, 2U, 0xFFFFFFFFU}) {
                     char text[300];
-                    const BACSTAC_PROPERTY_CONTENTS contents{type.Type, bytes.data(), size, count};
+                    const BACSTAC_PROPERTY_CONTENTS contents{type.Type, bytes.data() + 1, size, count};
                     const int length = CBacGeneral::PrintContents(text, sizeof text, contents, 9, 85, -1);
                     EXPECT_EQ(std::strlen(text), static_cast<std::size_t>(length)) << type.Name;
                 }

@@ -213,6 +213,11 @@ TEST(Print, EventNotificationsWithAndWithoutTheirContents) {
                               "exceeded-limit=30}}";
     EXPECT_EQ(PRINTED(PrintEventNotif, notification, contents.Get()), whole);
     EXPECT_EQ(contents.Text(), whole);
+
+    notification.Mask = BACSTAC_NOTIF_MESSAGE;
+    notification.MessageOffset = 100000; // outside the contents
+    EXPECT_EQ(PRINTED(PrintEventNotif, notification, contents.Get()),
+              start + "message-text=, notify-type=alarm, to-state=high-limit}");
 }
 
 TEST(Print, NeverDependsOnTheLocale) {

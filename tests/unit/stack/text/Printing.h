@@ -5,6 +5,8 @@
 #include "api/bacnet/Enums.h"
 #include "api/bacnet/Records.h"
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -41,8 +43,8 @@ public:
     // Appends bytes and returns their offset.
     std::uint32_t Add(const void* data, std::size_t size) {
         const std::size_t offset = m_bytes.size();
-        m_bytes.resize(offset + size);
-        std::memcpy(m_bytes.data() + offset, data, size);
+        const auto* const bytes = static_cast<const std::uint8_t*>(data);
+        m_bytes.insert(m_bytes.end(), bytes, bytes + size);
         return static_cast<std::uint32_t>(offset);
     }
     template <typename Record>
