@@ -115,9 +115,9 @@ bool AppendString(Reader& in, BACSTAC_DATA_TYPE type, Sink& sink) {
     if (!in.OctetString(octets))
         return false;
     const std::size_t size = sizeof(std::uint32_t) + (octets.size() + 3) / 4 * 4;
-    if (size > gap.size())
-        return sink.Refuse() != nullptr;
-    std::uint8_t* to = sink.Append(static_cast<std::uint32_t>(size));
+    std::uint8_t* to = size > gap.size() ? sink.Refuse() : sink.Append(static_cast<std::uint32_t>(size));
+    if (to == nullptr)
+        return false;
     Store(to, static_cast<std::uint32_t>(octets.size()));
     if (!octets.empty())
         std::memcpy(to + sizeof(std::uint32_t), octets.data(), octets.size());
