@@ -71,9 +71,9 @@ LogObject* Device::FindLog(BACSTAC_OBJECT_ID id) const {
     return object == nullptr ? nullptr : object->AsLog();
 }
 
-void Device::SetFaults(std::vector<Fault> faults) {
+void Device::SetFaults(const std::vector<Fault>& faults) {
     const auto lock = Lock();
-    m_faults.Set(std::move(faults));
+    m_faults.Set(faults);
 }
 
 bool Device::AddObject(const ObjectConfig& config) {

@@ -57,7 +57,7 @@ public:
     std::uint32_t Instance() const { return m_config.Instance; }
     BACSTAC_OBJECT_ID Id() const { return {OBJ_DEVICE, m_config.Instance}; }
 
-    void SetFaults(std::vector<Fault> faults);
+    void SetFaults(const std::vector<Fault>& faults);
     void SetFault(const Fault& fault) { SetFaults({fault}); }
     void ClearFaults() { SetFaults({}); }
 

@@ -147,7 +147,7 @@ Fault Fault::ForTimes(std::uint64_t requests) const {
     return fault;
 }
 
-void FaultList::Set(std::vector<Fault> faults) {
+void FaultList::Set(const std::vector<Fault>& faults) {
     m_active.clear();
     for (const Fault& fault : faults)
         m_active.push_back({fault, 0});

@@ -85,7 +85,7 @@ struct FaultEffects {
 // The faults of one device with their counters. Not thread-safe: the device locks.
 class FaultList {
 public:
-    void Set(std::vector<Fault> faults);
+    void Set(const std::vector<Fault>& faults);
     bool Empty() const { return m_active.empty(); }
 
     // Counts a request and tells its effects. service is nothing for Who-Is, which faults bound to a service or an
