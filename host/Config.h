@@ -72,7 +72,7 @@ struct Config {
     std::string dataFolder;                      // [data] folder; empty: the default one. A relative path is taken
                                                  // against the folder of the configuration file.
     std::string settingsFile = "settings.dat";   // [settings] file, in the data folder
-    std::string directoryFile = "directory.xml"; // [directory] file, in the data folder
+    std::string directoryFile = "directory.dat"; // [directory] file, in the data folder
     std::uint32_t transferChunk = 100;           // [history] transfer_chunk, records in one ReadRange, 1..32767
     std::vector<TagConfig> tags;
 };

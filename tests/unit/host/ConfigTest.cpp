@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 
 namespace {
 
@@ -50,7 +52,7 @@ TEST(Config, AnEmptyFileGivesTheDefaults) {
     EXPECT_EQ(config.stack.retries, 3U);
     EXPECT_EQ(config.dataFolder, "");
     EXPECT_EQ(config.settingsFile, "settings.dat");
-    EXPECT_EQ(config.directoryFile, "directory.xml");
+    EXPECT_EQ(config.directoryFile, "directory.dat");
     EXPECT_EQ(config.transferChunk, 100U);
     EXPECT_TRUE(config.tags.empty());
 }
@@ -263,6 +265,18 @@ TEST(Config, NeverTakesAFileThatWasCutInsideAValue) {
     for (std::size_t cut = 0; cut < whole.size(); ++cut)
         refused += ReadConfig(whole.substr(0, cut), config, faults) ? 0 : 1;
     EXPECT_GT(refused, 60); // and none of them crashed
+}
+
+TEST(Config, TheDocumentedFileIsOne) {
+    std::ostringstream page;
+    page << std::ifstream(BDC_SOURCE_DIR "/docs/configuration.md").rdbuf();
+    const std::string text = page.str();
+    const std::size_t begin = text.find("```toml\n");
+    ASSERT_NE(begin, std::string::npos);
+    const Config config = Good(text.substr(begin + 8, text.find("```", begin + 8) - begin - 8));
+    EXPECT_EQ(config.identity.instance, Config().identity.instance);
+    EXPECT_EQ(config.transferChunk, Config().transferChunk);
+    EXPECT_EQ(config.tags.size(), 3U);
 }
 
 TEST(ConfigFile, NamesFileLineAndColumn) {
