@@ -76,7 +76,10 @@ std::string RequestLine(const TransferRequest* request) {
 CBACnetHistoryManager::CBACnetHistoryManager(const HistorySettings* settings, const HistoryServices& services,
                                              std::string statePath)
     : m_settings(settings), m_services(services),
-      m_state(std::make_shared<CTransferState>(services.driver, std::move(statePath))) {}
+      m_state(std::make_shared<CTransferState>(services.driver, std::move(statePath))) {
+    // The driver knows the last transfer time from the beginning.
+    m_state->Publish();
+}
 
 CBACnetHistoryManager::~CBACnetHistoryManager() = default;
 
