@@ -4,7 +4,8 @@
 
 namespace {
 
-using Json = nlohmann::json;
+// The members of a reply stand in the order in which they were given.
+using Json = nlohmann::ordered_json;
 
 std::string Line(const Json& json) {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";

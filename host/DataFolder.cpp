@@ -2,6 +2,7 @@
 
 #include "host/Files.h"
 
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,7 +24,11 @@ std::string DefaultDataFolder() {
     const std::string state = Variable("XDG_STATE_HOME");
     if (!state.empty() && state.front() == '/')
         return state + "/bdc";
-    const std::string home = Variable("HOME");
+    std::string home = Variable("HOME");
+    if (home.empty()) {
+        const passwd* user = getpwuid(geteuid());
+        home = user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "";
+    }
     return home.empty() ? std::string() : home + "/.local/state/bdc";
 }
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-// $XDG_STATE_HOME/bdc, or ~/.local/state/bdc; empty when neither variable is set.
+// $XDG_STATE_HOME/bdc, or ~/.local/state/bdc; empty when the user has no home. At start, on the main thread.
 std::string DefaultDataFolder();
 
 // Makes the folder with its parents (mode 0700) if it is missing.

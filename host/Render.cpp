@@ -13,6 +13,8 @@ using Json = nlohmann::ordered_json;
 std::string ValueText(const Json& value) {
     if (value.is_string())
         return Printable(value.get<std::string>());
+    if (value.is_number_float())
+        return fmt::format("{}", value.get<double>());
     return value.is_null() ? std::string("-") : value.dump();
 }
 
