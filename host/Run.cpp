@@ -1,0 +1,119 @@
+#include "host/Run.h"
+
+#include "api/bacnet/Log.h"
+#include "host/ControlProtocol.h"
+#include "host/DataFolder.h"
+#include "host/Runtime.h"
+
+#include <fmt/core.h>
+#include <nlohmann/json.hpp>
+
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+constexpr const char* CONFIG_FILE = "bdc.toml";
+
+class CErrorSink : public CQilBAC_ErrLog::ISink {
+public:
+    void OnLine(CQilBAC_ErrLog::KIND kind, const std::string& text) override {
+        if (kind == CQilBAC_ErrLog::KIND_ERROR)
+            fmt::print(stderr, "{}\n", text);
+    }
+};
+
+bool IsSet(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+// The folder and the configuration, as options and file say.
+bool ReadOptions(const RunOptions& options, Config& config, std::string& folder, std::string& error) {
+    folder = options.data.empty() ? DefaultDataFolder() : options.data;
+    if (folder.empty() && options.config.empty()) {
+        error = "no data folder: give one with --data";
+        return false;
+    }
+    const std::string path = options.config.empty() ? folder + "/" + CONFIG_FILE : options.config;
+    std::vector<std::string> errors;
+    if (!LoadConfig(path, config, errors)) {
+        for (const std::string& line : errors)
+            error += (error.empty() ? "" : "\n") + line;
+        return false;
+    }
+    if (options.data.empty() && !config.dataFolder.empty())
+        folder = config.dataFolder;
+    folder = folder.empty() ? folder : AbsolutePath(folder);
+    return true;
+}
+
+} // namespace
+
+int ReportFailure(int code, const std::string& error, bool json) {
+    if (json) {
+        const nlohmann::ordered_json document{{"code", code}, {"error", error}};
+        fmt::print("{}\n", document.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+    } else {
+        fmt::print(stderr, "bdc: {}\n", error);
+    }
+    return code;
+}
+
+bool TakeDataFolder(const std::string& folder, CLockFile& lock, std::string& error) {
+    umask(0077); // settings hold passwords
+    if (folder.empty() || folder == "/") {
+        error = "no data folder: give one with --data";
+        return false;
+    }
+    return EnsureFolder(folder, error) && lock.Acquire(folder + "/bdc.lock", error) && EnterFolder(folder, error);
+}
+
+bool ChooseDisplay(bool headless) {
+    const bool show = !headless && (IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY"));
+    if (!show)
+        setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    return show;
+}
+
+void ShowErrorsOfLog() {
+    CQilBAC_ErrLog::Instance().SetSink(std::make_shared<CErrorSink>());
+}
+
+void EndRuntime(CRuntime& runtime, CSignals& signals) {
+    signals.EndAtOnce();
+    if (runtime.End())
+        return;
+    fmt::print(stderr, "bdc: a part did not end in time; what is stored is stored\n");
+    std::fflush(nullptr);
+    std::_Exit(EXIT_FAILED);
+}
+
+int RunDriver(const RunOptions& options) {
+    const bool show = ChooseDisplay(options.headless);
+    CSignals signals;
+    Config config;
+    std::string folder;
+    std::string error;
+    if (!ReadOptions(options, config, folder, error))
+        return ReportFailure(EXIT_FAILED, error, options.json);
+    CLockFile lock;
+    if (!TakeDataFolder(folder, lock, error))
+        return ReportFailure(EXIT_FAILED, error, options.json);
+    ShowErrorsOfLog();
+    CRuntime runtime(config, folder);
+    const bool isRunning = runtime.Open(error) && runtime.StartConsole(show, error);
+    if (isRunning) {
+        if (options.json)
+            fmt::print("{}\n", nlohmann::ordered_json{{"folder", folder}, {"running", true}}.dump());
+        else
+            fmt::print("bdc runs on {}\n", folder);
+        std::fflush(stdout);
+        while (!signals.Wait(std::chrono::hours(1)))
+            continue;
+    }
+    EndRuntime(runtime, signals);
+    return isRunning ? EXIT_DONE : ReportFailure(EXIT_FAILED, error, options.json);
+}
