@@ -5,6 +5,7 @@
 #include "bench/Site.h"
 
 #include "api/bacnet/Dir.h"
+#include "api/bacnet/Log.h"
 #include "module/console/Settings.h"
 #include "module/history/Clock.h"
 #include "module/history/HistoryManager.h"
@@ -20,9 +21,10 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <future>
+#include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 
 namespace bench {
 namespace {
@@ -57,6 +59,23 @@ private:
     std::mutex m_mutex;
 };
 
+class EndOfTransfer final : public CQilBAC_ErrLog::ISink {
+public:
+    void OnLine(CQilBAC_ErrLog::KIND, const std::string& text) override {
+        if (text == "History: End of transfer")
+            m_end.set_value(Clock::now());
+    }
+    Clock::time_point Wait() {
+        auto end = m_end.get_future();
+        if (end.wait_for(std::chrono::minutes(5)) != std::future_status::ready)
+            Fail("the transfer does not end");
+        return end.get();
+    }
+
+private:
+    std::promise<Clock::time_point> m_end;
+};
+
 struct Result {
     double seconds = 0;
     double peakMegabytes = 0;
@@ -71,14 +90,16 @@ public:
         SelectTrends(counts, folder);
     }
 
-    // The time from the start of the transfer to its end.
+    // The time from the start of the transfer to the line that tells its end; behind it the transfer only waits until
+    // its connection to the kernel has closed.
     double Transfer() {
         CBACnetHistoryManager manager(&m_settings, {*m_client, m_driver, m_lock, m_clock}, m_statePath);
+        const auto end = std::make_shared<EndOfTransfer>();
+        CBacGeneral::Log().SetSink(end);
         const auto start = Clock::now();
         manager.StartTransfer(false, nullptr);
-        while (manager.IsRunning())
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+        const double seconds = std::chrono::duration<double>(end->Wait() - start).count();
+        CBacGeneral::Log().SetSink(nullptr);
         WaitForTransfers(10'000);
         Check(manager);
         return seconds;
