@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <deque>
 #include <limits>
@@ -118,6 +119,15 @@ std::string PlatformNames() {
 #endif
 }
 
+// Failures of the toolkit go to the log. Its warnings are for whoever sits before the display; without one they tell of
+// nothing but its absence.
+void TakeToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        LogErr("Toolkit: %s", text.toUtf8().constData());
+    else if (HasVariable("DISPLAY") || HasVariable("WAYLAND_DISPLAY"))
+        std::fprintf(stderr, "%s\n", text.toUtf8().constData());
+}
+
 class COwnThread : public CGuiThread {
 public:
     // Throws std::system_error when there is no thread to be had.
@@ -149,6 +159,7 @@ private:
         static std::string platforms = PlatformNames();
         static char* arguments[] = {program, option, platforms.data(), nullptr};
         static int count = platforms.empty() ? 1 : 3;
+        qInstallMessageHandler(TakeToolkitMessage);
         [[maybe_unused]] static const auto* const application = new QApplication(count, arguments);
         PrepareApplication();
         {
