@@ -16,22 +16,22 @@ namespace bacnet::rows {
 // Conformance codes of the standard's property tables.
 enum Conformance : std::uint8_t { O, R, W };
 
-consteval PropertyInfo Row(std::string_view name, BACSTAC_DATA_TYPE type, PropertyShape shape, Conformance code) {
+constexpr PropertyInfo Row(std::string_view name, BACSTAC_DATA_TYPE type, PropertyShape shape, Conformance code) {
     return {PropertyId(name), type, shape, code != O, code == W};
 }
-consteval PropertyInfo One(std::string_view name, BACSTAC_DATA_TYPE type, Conformance code) {
+constexpr PropertyInfo One(std::string_view name, BACSTAC_DATA_TYPE type, Conformance code) {
     return Row(name, type, PropertyShape::single, code);
 }
-consteval PropertyInfo List(std::string_view name, BACSTAC_DATA_TYPE type, Conformance code) {
+constexpr PropertyInfo List(std::string_view name, BACSTAC_DATA_TYPE type, Conformance code) {
     return Row(name, type, PropertyShape::list, code);
 }
-consteval PropertyInfo Array(std::string_view name, BACSTAC_DATA_TYPE type, Conformance code) {
+constexpr PropertyInfo Array(std::string_view name, BACSTAC_DATA_TYPE type, Conformance code) {
     return Row(name, type, PropertyShape::array, code);
 }
 
 // All rows of some blocks, ascending by number.
 template <std::size_t... Counts>
-consteval auto Join(const PropertyInfo (&... blocks)[Counts]) {
+constexpr auto Join(const PropertyInfo (&... blocks)[Counts]) {
     std::array<PropertyInfo, (Counts + ...)> all{};
     std::size_t count = 0;
     const auto add = [&](const PropertyInfo* rows, std::size_t size) {

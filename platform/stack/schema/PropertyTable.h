@@ -565,7 +565,7 @@ constexpr const PropertyName* FindByName(std::string_view name) {
 }
 
 // Number of a property, for tables that speak of properties by name: a name that is none does not compile.
-consteval BACSTAC_PROPERTY_ID PropertyId(std::string_view name) {
+constexpr BACSTAC_PROPERTY_ID PropertyId(std::string_view name) {
     return FindByName(name)->Property;
 }
 
