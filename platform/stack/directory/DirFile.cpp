@@ -6,7 +6,6 @@
 #include "platform/stack/directory/DurableFile.h"
 
 #include <algorithm>
-#include <cstring>
 #include <mutex>
 #include <string_view>
 #include <system_error>
@@ -237,7 +236,7 @@ std::shared_ptr<CBACnetDev> GetDevice(Source& source) {
     if (address.MacLength > sizeof address.Mac)
         source.Fail();
     const std::string_view mac = source.Bytes(source.Good() ? address.MacLength : 0);
-    std::memcpy(address.Mac, mac.data(), mac.size());
+    std::copy(mac.begin(), mac.end(), address.Mac);
     device->SetAddr(address);
     device->SetVendorId(source.Number32());
     GetEntry(source, *device);
