@@ -6,7 +6,6 @@ namespace bacnet {
 
 namespace {
 
-
 Apdu PlainHeader(PduType type, std::uint8_t invokeId, std::uint8_t reason) {
     Apdu header;
     header.Type = type;

@@ -47,6 +47,18 @@ std::size_t PortPump::Receive(std::size_t limit, IDataLink::Wait wait) {
     return count;
 }
 
+std::size_t PortPump::Lead(std::size_t limit) {
+    const std::size_t count = m_link.ReceiveDirected(m_directed, limit, IDataLink::Wait::tick);
+    if (m_directed.Count < 2) {
+        Dispatch(m_directed);
+        return count;
+    }
+    m_sends.Open();
+    Dispatch(m_directed);
+    m_sends.Close(m_link);
+    return count;
+}
+
 void PortPump::ReceiveAll() {
     while (m_link.ReceiveBroadcasts(m_broadcasts) != 0)
         Dispatch(m_broadcasts);

@@ -7,6 +7,7 @@
 
 #include "platform/stack/network/NetworkLayer.h"
 #include "platform/stack/transaction/ReceiveRole.h"
+#include "platform/stack/transaction/SendQueue.h"
 
 #include <atomic>
 #include <cstdint>
@@ -43,6 +44,9 @@ public:
     ReceiveRole& Role() { return m_role; }
     // For the holder of the role: receives and dispatches; the number of datagrams that came.
     std::size_t Receive(std::size_t limit, IDataLink::Wait wait);
+    // The same for a leading caller: one tick, and while answers are handed out the send queue is open.
+    std::size_t Lead(std::size_t limit);
+    SendQueue& Sends() { return m_sends; }
     // Without a background thread: one tick of everything, on the caller's thread.
     void ReceiveAll();
     // Some caller waits without wanting to lead: the background thread takes over at once, not at its next look.
@@ -62,6 +66,7 @@ private:
     const std::uint8_t m_port;
     QueueHandler m_handler;
     ReceiveRole m_role;
+    SendQueue m_sends;
     NpduBatch m_directed;   // the role's
     NpduBatch m_broadcasts; // the background thread's
     std::atomic<bool> m_stop{false};

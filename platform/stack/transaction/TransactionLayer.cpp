@@ -130,9 +130,13 @@ Outcome TransactionLayer::Impl::Enter(BlockingCall& call, const Arguments& argum
 
 Outcome TransactionLayer::Impl::SendRequest(const Transaction& transaction) {
     Frame frame;
-    if (!LayerCore::BuildRequest(transaction, frame))
+    OutgoingNpdu outgoing;
+    const Station& peer = transaction.Peer;
+    if (!LayerCore::BuildRequest(transaction, frame) || !Core.Network.Prepare(peer, frame, true, outgoing))
         return Outcome::request_too_long;
-    return Core.Network.Send(transaction.Peer, frame, true) ? Outcome::simple_ack : Outcome::send_failure;
+    if (Core.Pump(peer.Port).Sends().Offer(outgoing))
+        return Outcome::simple_ack;
+    return Core.Network.Link(peer.Port).Send(outgoing.Destination, frame) ? Outcome::simple_ack : Outcome::send_failure;
 }
 
 CallResult TransactionLayer::Impl::Call(const BACSTAC_ADDRESS& destination, std::uint8_t service,
@@ -209,7 +213,7 @@ void TransactionLayer::Impl::Wait(BlockingCall& call, Millis now, Millis eagerUn
         ReceiveRole::Candidate candidate(call.Sleeper());
         do {
             if (pump.Role().TryLead(candidate))
-                pump.Receive(Core.ReceiveLimit(), IDataLink::Wait::tick);
+                pump.Lead(Core.ReceiveLimit());
             else
                 call.Sleeper().Wait(eagerUntil - now);
         } while (!call.Finished() && (now = Core.Clock.Now()) < eagerUntil);
