@@ -87,6 +87,7 @@ struct SimulatorConfig {
     std::uint32_t BroadcastIp = 0x7FFFFFFF; // 127.255.255.255, the broadcast address of the loopback network
     unsigned Threads = 1;
     IAmMode IAm = IAmMode::broadcast;
+    std::uint32_t IAmPerMs = 50;      // devices that answer a broadcast Who-Is in one millisecond; 0: all at once
     std::uint32_t AppendEveryMs = 0;  // every log's generator adds one record; 0: never
     std::function<LocalTime()> Clock; // of all devices; empty: the machine's. Called on any thread
     std::vector<DeviceConfig> Devices;

@@ -502,6 +502,7 @@ void ReadNetwork(Table& table, RouterConfig& router) {
 void ReadSite(Table& table, SimulatorConfig& config) {
     table.Integer("port", 1, 65535, config.Port);
     table.Integer("threads", 1, 64, config.Threads);
+    table.Integer("i_am_per_ms", 0, 1'000'000, config.IAmPerMs);
     table.Integer("append_every_ms", 0, 3'600'000, config.AppendEveryMs);
     const auto mode = [](std::string_view text) {
         return text == "broadcast" ? std::optional(IAmMode::broadcast)

@@ -22,6 +22,7 @@ struct Options {
     std::string File;
     std::string FirstAddress = "127.1.0.1";
     std::string IAm = "broadcast";
+    std::uint32_t IAmPerMs = 50;
     sim::Counts Counts;
     unsigned Threads = 1;
     std::uint32_t AppendEveryMs = 0;
@@ -66,6 +67,8 @@ void AddOptions(CLI::App& app, Options& options) {
     app.add_option("--i-am", options.IAm, "Where I-Am goes in answer to a broadcast Who-Is")
         ->check(CLI::IsMember({"broadcast", "unicast"}))
         ->capture_default_str();
+    app.add_option("--i-am-per-ms", options.IAmPerMs, "Devices that answer a Who-Is in one millisecond; 0: all at once")
+        ->capture_default_str();
     app.add_option("--threads", options.Threads, "Server threads")->check(CLI::Range(1, 64))->capture_default_str();
     app.add_option("--append-every", options.AppendEveryMs, "Milliseconds after which each log gets another record");
     app.add_flag("--quiet", options.Quiet, "Do not list the devices");
@@ -80,6 +83,8 @@ void ApplyOptions(const CLI::App& app, const Options& options, sim::SimulatorCon
         config.AppendEveryMs = options.AppendEveryMs;
     if (app.count("--i-am") > 0)
         config.IAm = options.IAm == "unicast" ? sim::IAmMode::unicast : sim::IAmMode::broadcast;
+    if (app.count("--i-am-per-ms") > 0)
+        config.IAmPerMs = options.IAmPerMs;
     if (app.count("--port") > 0)
         config.Port = options.Counts.Port;
 }

@@ -80,8 +80,8 @@ void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::sp
         OnRequest(context, from, apdu, octets);
         break;
     case PduType::unconfirmed_request:
-        if (bacnet::WhoIs request; IsWhoIs(octets, request))
-            OnWhoIs(context, from, request, false, false);
+        if (bacnet::WhoIs request; IsWhoIs(octets, request) && request.AsksFor(m_device.Instance()))
+            OnWhoIs(context, from, false, false, 0);
         break;
     case PduType::segment_ack:
         if (!apdu.FromServer)
@@ -96,10 +96,14 @@ void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::sp
     }
 }
 
-void DeviceServer::OnWhoIs(ServerContext& context, const Requester& from, const bacnet::WhoIs& request, bool toAll,
-                           bool globally) {
-    if (!request.AsksFor(m_device.Instance()))
-        return;
+void DeviceServer::OnBroadcast(ServerContext& context, const Requester& from, const bacnet::WhoIs& request,
+                               bool globally, Pacer& pacer) {
+    if (request.AsksFor(m_device.Instance()))
+        OnWhoIs(context, from, m_iAm == IAmMode::broadcast, globally, pacer.NextDelayMs());
+}
+
+void DeviceServer::OnWhoIs(ServerContext& context, const Requester& from, bool toAll, bool globally,
+                           std::uint32_t delayMs) {
     m_device.Count(Counter::whoIs);
     FaultEffects effects;
     {
@@ -109,9 +113,9 @@ void DeviceServer::OnWhoIs(ServerContext& context, const Requester& from, const 
     }
     if (effects.Silent) {
         m_device.Count(Counter::withheld);
-    } else if (effects.DelayMs > 0) {
+    } else if (effects.DelayMs + delayMs > 0) {
         const Deferred later{from, toAll, globally, {}, {}};
-        context.Timers.Push({context.NowMs + effects.DelayMs, 0, this, 0, std::make_shared<Deferred>(later)});
+        context.Timers.Push({context.NowMs + effects.DelayMs + delayMs, 0, this, 0, std::make_shared<Deferred>(later)});
     } else {
         SendIAm(context, from, toAll, globally);
     }

@@ -23,6 +23,18 @@ struct ServerContext {
     std::int64_t NowMs; // monotonic
 };
 
+// Spreads the answers of many devices to one Who-Is. On a building's network they come one after the other; at once
+// they would overrun the receive buffer of the asker, which holds some 250 of them by the usual setting.
+class Pacer {
+public:
+    explicit Pacer(std::uint32_t perMs) : m_perMs(perMs) {} // 0: no spreading
+    std::uint32_t NextDelayMs() { return m_perMs == 0 ? 0 : m_count++ / m_perMs; }
+
+private:
+    std::uint32_t m_perMs;
+    std::uint32_t m_count = 0;
+};
+
 // True for an APDU that is a Who-Is, the only service to all that devices answer.
 bool IsWhoIs(std::span<const std::uint8_t> apdu, bacnet::WhoIs& request);
 
@@ -36,9 +48,8 @@ public:
     // An APDU for this device alone.
     void OnApdu(ServerContext& context, const Requester& from, std::span<const std::uint8_t> apdu);
     // A Who-Is for all. Any server thread. globally: it went to all networks.
-    void OnBroadcast(ServerContext& context, const Requester& from, const bacnet::WhoIs& request, bool globally) {
-        OnWhoIs(context, from, request, m_iAm == IAmMode::broadcast, globally);
-    }
+    void OnBroadcast(ServerContext& context, const Requester& from, const bacnet::WhoIs& request, bool globally,
+                     Pacer& pacer);
     // The thread that set the timer.
     void OnTimer(ServerContext& context, const Timer& timer);
 
@@ -61,8 +72,7 @@ private:
         FaultEffects Effects;
     };
 
-    void OnWhoIs(ServerContext& context, const Requester& from, const bacnet::WhoIs& request, bool toAll,
-                 bool globally);
+    void OnWhoIs(ServerContext& context, const Requester& from, bool toAll, bool globally, std::uint32_t delayMs);
     void SendIAm(ServerContext& context, const Requester& from, bool toAll, bool globally);
     void OnRequest(ServerContext& context, const Requester& from, const bacnet::Apdu& apdu,
                    std::span<const std::uint8_t> octets);

@@ -69,11 +69,12 @@ void RouterServer::ForwardBroadcast(ServerContext& context, const Requester& fro
     if (!IsWhoIs(npdu.Payload, request))
         return;
     const bool globally = npdu.DestinationNetwork == bacnet::GLOBAL_BROADCAST;
+    Pacer pacer(m_iAmPerMs);
     for (const auto& [number, stations] : m_networks) {
         if (!globally && number != npdu.DestinationNetwork)
             continue;
         for (const auto& [mac, server] : stations)
-            server->OnBroadcast(context, from, request, globally);
+            server->OnBroadcast(context, from, request, globally, pacer);
     }
 }
 

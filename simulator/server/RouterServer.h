@@ -11,8 +11,8 @@ namespace sim {
 
 class RouterServer {
 public:
-    // socket is borrowed and has to be open while frames come.
-    explicit RouterServer(const bacnet::UdpSocket& socket) : m_socket(socket) {}
+    // socket is borrowed and has to be open while frames come. iAmPerMs: see SimulatorConfig.
+    RouterServer(const bacnet::UdpSocket& socket, std::uint32_t iAmPerMs) : m_socket(socket), m_iAmPerMs(iAmPerMs) {}
 
     const bacnet::UdpSocket& Socket() const { return m_socket; }
     // The server is borrowed. False when the address is taken.
@@ -34,6 +34,7 @@ private:
     void ForwardBroadcast(ServerContext& context, const Requester& from, const bacnet::Npdu& npdu) const;
 
     const bacnet::UdpSocket& m_socket;
+    std::uint32_t m_iAmPerMs;
     std::map<std::uint16_t, Stations> m_networks; // constant while the simulation runs
 };
 

@@ -21,6 +21,7 @@ std::string Site::Open(const SimulatorConfig& config, const std::vector<std::uni
     if (!error.empty())
         return error;
     BroadcastAddress = {config.BroadcastIp, config.Port};
+    IAmPerMs = config.IAmPerMs;
     bacnet::UdpSocket::Options shared;
     shared.Shared = true;
     shared.ReceiveBuffer = BROADCAST_BUFFER;
@@ -45,7 +46,7 @@ std::string Site::Open(const SimulatorConfig& config, const std::vector<std::uni
         error = Bind(router.Ip, portOf(router.Port), endpoint);
         if (!error.empty())
             return "router: " + error;
-        Routers.push_back(std::make_unique<RouterServer>(endpoint->Socket));
+        Routers.push_back(std::make_unique<RouterServer>(endpoint->Socket, IAmPerMs));
         endpoint->Router = Routers.back().get();
         for (const NetworkConfig& network : router.Networks) {
             endpoint->Router->AddNetwork(network.Number);

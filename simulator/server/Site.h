@@ -23,6 +23,7 @@ struct Site {
     std::string Open(const SimulatorConfig& config, const std::vector<std::unique_ptr<Device>>& devices);
 
     bacnet::BipAddress BroadcastAddress;
+    std::uint32_t IAmPerMs = 0;
     Endpoint Broadcasts;
     std::vector<std::unique_ptr<Endpoint>> Endpoints; // of devices and routers
     std::vector<std::unique_ptr<DeviceServer>> Devices;

@@ -127,8 +127,9 @@ void Worker::OnBroadcast(ServerContext& context, const bacnet::BipAddress& from,
     if (!IsWhoIs(npdu.Payload, request))
         return;
     const Requester requester = RequesterOf(from, npdu);
+    Pacer pacer(m_site.IAmPerMs);
     for (DeviceServer* device : m_site.LocalDevices)
-        device->OnBroadcast(context, requester, request, globally);
+        device->OnBroadcast(context, requester, request, globally, pacer);
 }
 
 } // namespace sim

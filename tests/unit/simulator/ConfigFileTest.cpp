@@ -45,6 +45,7 @@ port = 50000
 threads = 3
 append_every_ms = 250
 i_am = "unicast"
+i_am_per_ms = 7
 
 [[device]]
 instance = 1234
@@ -77,6 +78,7 @@ max_apdu = 50
     EXPECT_EQ(config.Threads, 3U);
     EXPECT_EQ(config.AppendEveryMs, 250U);
     EXPECT_EQ(config.IAm, IAmMode::unicast);
+    EXPECT_EQ(config.IAmPerMs, 7U);
     ASSERT_EQ(config.Devices.size(), 1U);
     const DeviceConfig& device = config.Devices[0];
     EXPECT_EQ(device.Instance, 1234U);

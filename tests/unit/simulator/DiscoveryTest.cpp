@@ -2,6 +2,7 @@
 #include "simulator/Generate.h"
 #include "tests/unit/simulator/Site.h"
 
+#include <chrono>
 #include <set>
 
 namespace sim::testing {
@@ -54,6 +55,16 @@ TEST_F(Discovery, AThousandDevicesOfFourThreadsAnswerTheAskerAlone) {
     Start(1000, IAmMode::unicast, 4);
     Site.Me().Send(Site.BroadcastAddress(), Broadcast("10 08"));
     EXPECT_EQ(Collect(Site.Me()).size(), 1000U);
+}
+
+TEST_F(Discovery, AnswersAreSpreadOverTime) {
+    Site.Config.IAmPerMs = 1;
+    Start(60, IAmMode::unicast);
+    const auto start = std::chrono::steady_clock::now();
+    Site.Me().Send(Site.BroadcastAddress(), Broadcast("10 08"));
+    for (int i = 0; i < 60; ++i)
+        EXPECT_FALSE(Site.Me().Receive().empty());
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(58));
 }
 
 TEST_F(Discovery, OnlyThoseInTheRangeAnswer) {

@@ -57,8 +57,8 @@ TEST_F(Faulty, SlowDeviceAnswersLater) {
     EXPECT_EQ(Ask(), ANSWER);
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(79));
     // Others are not held up by the one that waits.
+    Dut().SetFault(Fault::Slow(80).ForTimes(1));
     Send();
-    Dut().SetFault(Fault::Slow(0));
     EXPECT_EQ(Site.Ask("00 05 08 0C 0C 00 00 00 01 19 55").substr(0, 5), "30 08");
     EXPECT_EQ(Site.NextApdu(), ANSWER);
 }
