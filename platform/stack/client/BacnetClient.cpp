@@ -7,6 +7,7 @@
 #include "platform/stack/directory/DirFile.h"
 #include "platform/stack/services/WhoIs.h"
 #include "platform/stack/transport/BipPort.h"
+#include "platform/stack/transport/Capture.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -23,8 +24,18 @@ std::string AddressText(const BACSTAC_ADDRESS& address) {
     return text;
 }
 
-bool OpenPort(const ClientPort& settings, std::vector<ClientLink>& links, std::string& failure) {
+std::shared_ptr<Capture> OpenCapture(const ClientConfig& config, std::string& failure) {
+    Capture::Settings settings;
+    settings.File = config.CaptureFile;
+    settings.Limit = config.CaptureLimit;
+    settings.OnEnd = [](const std::string& reason) { ::LogErr("%s", reason.c_str()); };
+    return Capture::Open(std::move(settings), failure);
+}
+
+bool OpenPort(const ClientPort& settings, const std::shared_ptr<Capture>& recorder, std::vector<ClientLink>& links,
+              std::string& failure) {
     BipSettings bip;
+    bip.Recorder = recorder;
     bip.Port = settings.UdpPort;
     if (!settings.BindAddress.empty() && !ParseIpV4(settings.BindAddress, bip.Ip)) {
         failure = "\"" + settings.BindAddress + "\" is no IPv4 address";
@@ -45,8 +56,14 @@ bool OpenPort(const ClientPort& settings, std::vector<ClientLink>& links, std::s
 std::unique_ptr<BacnetClient> BacnetClient::Open(const ClientConfig& config, std::string& failure) {
     std::vector<ClientLink> links;
     failure.clear();
+    std::shared_ptr<Capture> recorder;
+    if (!config.CaptureFile.empty()) {
+        recorder = OpenCapture(config, failure);
+        if (!recorder)
+            return nullptr;
+    }
     for (const ClientPort& port : config.Ports)
-        if (!OpenPort(port, links, failure))
+        if (!OpenPort(port, recorder, links, failure))
             return nullptr;
     if (links.empty()) {
         failure = "no BACnet port is configured";

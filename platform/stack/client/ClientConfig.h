@@ -37,6 +37,10 @@ struct ClientConfig {
     std::vector<ClientPort> Ports;
     TransactionSettings Transactions; // APDU timeout and retries among them
     OwnDevice Device;
+    // Where the datagrams of all ports are recorded, for network analysers (pcap); empty: nowhere. A file that is there
+    // is overwritten.
+    std::string CaptureFile;
+    std::uint64_t CaptureLimit = 64U * 1024 * 1024; // octets; recording ends there
 };
 
 } // namespace bacnet

@@ -28,6 +28,7 @@ std::string BipPort::Open(const BipSettings& settings) {
     std::string reason = m_directed.Open({settings.Ip, settings.Port}, options);
     if (!reason.empty())
         return reason;
+    m_recorder = settings.Recorder;
     m_local = m_directed.LocalAddress();
     const std::uint32_t broadcast = settings.BroadcastIp != 0 ? settings.BroadcastIp
                                     : settings.Ip != 0        ? BroadcastAddressOf(settings.Ip)
@@ -49,13 +50,17 @@ std::string BipPort::Open(const BipSettings& settings) {
 
 bool BipPort::Send(const MacAddress& destination, Frame& npdu) {
     BipAddress to;
-    return npdu.Size() <= MaxNpdu() && FromMac(destination, to) && PrependBvll(npdu, BvlcFunction::original_unicast) &&
-           m_directed.Send(to, npdu.Octets());
+    if (npdu.Size() > MaxNpdu() || !FromMac(destination, to) || !PrependBvll(npdu, BvlcFunction::original_unicast))
+        return false;
+    RecordSent(to, npdu.Octets());
+    return m_directed.Send(to, npdu.Octets());
 }
 
 bool BipPort::Broadcast(Frame& npdu) {
-    return npdu.Size() <= MaxNpdu() && PrependBvll(npdu, BvlcFunction::original_broadcast) &&
-           m_directed.Send(m_broadcast, npdu.Octets());
+    if (npdu.Size() > MaxNpdu() || !PrependBvll(npdu, BvlcFunction::original_broadcast))
+        return false;
+    RecordSent(m_broadcast, npdu.Octets());
+    return m_directed.Send(m_broadcast, npdu.Octets());
 }
 
 std::size_t BipPort::SendMany(std::span<OutgoingNpdu> frames) {
@@ -71,6 +76,7 @@ std::size_t BipPort::SendMany(std::span<OutgoingNpdu> frames) {
                 !PrependBvll(*frame.Npdu,
                              broadcast ? BvlcFunction::original_broadcast : BvlcFunction::original_unicast))
                 continue;
+            RecordSent(to, frame.Npdu->Octets());
             datagrams[ready++] = {to, frame.Npdu->Octets()};
         }
         sent += m_directed.SendMany({datagrams.data(), ready});
@@ -81,7 +87,7 @@ std::size_t BipPort::SendMany(std::span<OutgoingNpdu> frames) {
 
 std::size_t BipPort::ReceiveDirected(NpduBatch& batch, std::size_t limit, Wait wait) {
     const std::size_t count = m_directed.Receive(m_directedBatch, limit, wait == Wait::tick);
-    Take(m_directedBatch, batch);
+    Take(m_directedBatch, m_local, batch);
     return count;
 }
 
@@ -90,7 +96,7 @@ std::size_t BipPort::ReceiveBroadcasts(NpduBatch& batch) {
     if (!m_broadcasts.IsOpen())
         return 0;
     const std::size_t count = m_broadcasts.Receive(m_broadcastBatch, DatagramBatch::CAPACITY, false);
-    Take(m_broadcastBatch, batch);
+    Take(m_broadcastBatch, m_broadcast, batch);
     return count;
 }
 
@@ -109,9 +115,12 @@ std::size_t BipPort::IdentityLength(const MacAddress& station) const {
     return station.Length() == BIP_ADDRESS_LENGTH ? 4 : 0;
 }
 
-void BipPort::Take(const DatagramBatch& datagrams, NpduBatch& batch) {
+void BipPort::Take(const DatagramBatch& datagrams, const BipAddress& to, NpduBatch& batch) {
     batch.Count = 0;
     for (std::size_t i = 0; i < datagrams.Count(); ++i) {
+        // Our own broadcasts were recorded when they were sent.
+        if (m_recorder && !IsOwn(datagrams.From(i)))
+            m_recorder->Record(datagrams.From(i), to, datagrams.Octets(i));
         if (datagrams.Truncated(i))
             m_counters.Truncated.Add();
         else
@@ -159,6 +168,7 @@ void BipPort::TakeOne(std::span<const std::uint8_t> datagram, const BipAddress& 
     if (NakFor(message.Function, nak)) {
         std::array<std::uint8_t, 6> octets;
         EncodeResult(nak, octets);
+        RecordSent(from, octets);
         m_directed.Send(from, octets);
     }
 }

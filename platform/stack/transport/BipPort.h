@@ -7,11 +7,13 @@
 #pragma once
 
 #include "platform/stack/transport/Bvll.h"
+#include "platform/stack/transport/Capture.h"
 #include "platform/stack/transport/Counter.h"
 #include "platform/stack/transport/DataLink.h"
 #include "platform/stack/transport/UdpSocket.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,6 +24,8 @@ struct BipSettings {
     std::uint16_t Port = BACNET_IP_PORT;
     std::uint32_t BroadcastIp = 0;       // 0: taken from the machine's network settings
     int ReceiveBuffer = 4 * 1024 * 1024; // octets, best effort
+    // Records what the port sends and receives; may be shared by ports. Null: nothing is recorded.
+    std::shared_ptr<Capture> Recorder;
 };
 
 // What came and was not used. Written by the receiving threads, read by anybody.
@@ -56,8 +60,13 @@ public:
     std::size_t MaxNpdu() const override { return 1497; }
 
 private:
-    void Take(const DatagramBatch& datagrams, NpduBatch& batch);
+    void Take(const DatagramBatch& datagrams, const BipAddress& to, NpduBatch& batch);
     void TakeOne(std::span<const std::uint8_t> datagram, const BipAddress& from, NpduBatch& batch);
+    // Before they are sent, so that no answer stands before its request.
+    void RecordSent(const BipAddress& to, std::span<const std::uint8_t> datagram) const {
+        if (m_recorder)
+            m_recorder->Record(m_local, to, datagram);
+    }
     bool IsOwn(const BipAddress& address) const;
 
     UdpSocket m_directed;
@@ -69,6 +78,7 @@ private:
     BipAddress m_broadcast;
     std::vector<std::uint32_t> m_ownIps; // all addresses of this machine, when bound to all
     BipCounters m_counters;
+    std::shared_ptr<Capture> m_recorder;
 };
 
 } // namespace bacnet
