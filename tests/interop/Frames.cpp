@@ -1,0 +1,135 @@
+#include "tests/interop/Frames.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+#include <string_view>
+
+namespace interop {
+
+namespace {
+
+std::string Quoted(const std::string& text) {
+    std::string quoted = "'";
+    for (const char c : text)
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
+}
+
+void Replace(std::string& text, std::string_view what, std::string_view by) {
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
+        text.replace(at, what.size(), by);
+}
+
+// An attribute of a PDML element, which stands on one line; empty when it has none.
+std::string Attribute(const std::string& line, const std::string& name) {
+    const std::string start = " " + name + "=\"";
+    const std::size_t at = line.find(start);
+    if (at == std::string::npos)
+        return {};
+    const std::size_t begin = at + start.size();
+    std::string value = line.substr(begin, line.find('"', begin) - begin);
+    Replace(value, "&lt;", "<");
+    Replace(value, "&gt;", ">");
+    Replace(value, "&quot;", "\"");
+    Replace(value, "&#x27;", "'");
+    Replace(value, "&amp;", "&");
+    return value;
+}
+
+// Standard output of a command of the shell.
+std::string Run(const std::string& command) {
+    std::FILE* const pipe = ::popen(command.c_str(), "r");
+    if (pipe == nullptr)
+        throw std::runtime_error("no process for " + command);
+    std::string output;
+    std::array<char, 65536> part;
+    while (const std::size_t count = std::fread(part.data(), 1, part.size(), pipe))
+        output.append(part.data(), count);
+    if (::pclose(pipe) != 0)
+        throw std::runtime_error("failed: " + command + "\n" + output);
+    return output;
+}
+
+} // namespace
+
+std::vector<std::string> Frame::All(const std::string& name) const {
+    std::vector<std::string> values;
+    for (const Field& field : Fields)
+        if (field.Name == name)
+            values.push_back(field.Value);
+    return values;
+}
+
+std::string Frame::First(const std::string& name) const {
+    const std::vector<std::string> values = All(name);
+    return values.empty() ? std::string() : values.front();
+}
+
+bool Frame::Has(const std::string& name) const {
+    return std::ranges::any_of(Fields, [&](const Field& field) { return field.Name == name; });
+}
+
+bool Frame::Shows(const std::string& label) const {
+    return Count(label) != 0;
+}
+
+std::size_t Frame::Count(const std::string& label) const {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(Fields, [&](const Field& field) { return field.Label.starts_with(label); }));
+}
+
+std::string Frame::Text() const {
+    std::string text;
+    for (const Field& field : Fields)
+        text += field.Name + " | " + field.Value + " | " + field.Label + "\n";
+    return text;
+}
+
+bool HasDecoder() {
+    return std::system("tshark --version >/dev/null 2>&1") == 0;
+}
+
+std::vector<Frame> Decode(const std::filesystem::path& file, std::uint16_t udpPort) {
+    // An empty home: neither settings nor plug-ins of the user.
+    const std::string home = Quoted(file.parent_path().string());
+    const std::string output = Run("HOME=" + home + " XDG_CONFIG_HOME=" + home + " WIRESHARK_CONFIG_DIR=" + home +
+                                   " LC_ALL=C TZ=UTC0 tshark -n -T pdml -d udp.port==" + std::to_string(udpPort) +
+                                   ",bvlc -r " + Quoted(file.string()) + " 2>" + Quoted(file.string() + ".errors"));
+    std::vector<Frame> frames;
+    std::size_t begin = 0;
+    while (begin < output.size()) {
+        const std::size_t end = std::min(output.find('\n', begin), output.size());
+        const std::string line = output.substr(begin, end - begin);
+        begin = end + 1;
+        if (line.find("<packet>") != std::string::npos) {
+            frames.emplace_back();
+        } else if (!frames.empty() &&
+                   (line.find("<field ") != std::string::npos || line.find("<proto ") != std::string::npos)) {
+            Field field{Attribute(line, "name"), Attribute(line, "show"), Attribute(line, "showname")};
+            if (field.Label.empty())
+                field.Label = field.Value;
+            frames.back().Fields.push_back(std::move(field));
+        }
+    }
+    return frames;
+}
+
+std::string Objection(const Frame& frame) {
+    for (const Field& field : frame.Fields) {
+        if (field.Name.starts_with("_ws.expert") || field.Name.starts_with("_ws.malformed") ||
+            field.Name.starts_with("bacapp.bad_") || field.Name == "bacapp.fragment.error" || field.Name == "data")
+            return field.Name + " " + field.Label;
+        if (field.Label.find("Malformed") != std::string::npos)
+            return field.Label;
+    }
+    if (!frame.Has("bvlc.function"))
+        return "is not BACnet/IP";
+    if (!frame.Has("bacapp.type") && !frame.Has("bacnet.mesgtyp"))
+        return "has neither an APDU nor a message of the network layer";
+    return {};
+}
+
+} // namespace interop

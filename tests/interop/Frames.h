@@ -1,0 +1,42 @@
+// What an independent decoder reads in a capture file: the frames in their order, each with its fields. The decoder is
+// tshark, run as a process of its own, without the user's settings and in the C locale.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace interop {
+
+struct Field {
+    std::string Name;  // "bacapp.invoke_id"; empty for a line of text
+    std::string Value; // as the decoder's filters have it: numbers without their names; the line of a text
+    std::string Label; // as the decoder shows it to people
+};
+
+class Frame {
+public:
+    std::vector<Field> Fields; // also those of the layers below BACnet
+
+    // All values of a field, in their order.
+    std::vector<std::string> All(const std::string& name) const;
+    // The first value; empty when there is none.
+    std::string First(const std::string& name) const;
+    bool Has(const std::string& name) const;
+    // Whether a label begins so.
+    bool Shows(const std::string& label) const;
+    std::size_t Count(const std::string& label) const;
+    std::string Text() const; // all labels, one a line, for messages
+};
+
+// Whether there is a decoder on this machine.
+bool HasDecoder();
+// Decodes a file whose BACnet/IP traffic is on one UDP port. Throws std::runtime_error when the decoder fails.
+std::vector<Frame> Decode(const std::filesystem::path& file, std::uint16_t udpPort);
+
+// Why the decoder does not agree with a frame; empty when it does. A frame has to be BACnet/IP, without a mark of the
+// decoder's experts and without octets left over.
+std::string Objection(const Frame& frame);
+
+} // namespace interop
