@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -175,7 +176,9 @@ protected:
 
 private:
     std::unique_ptr<CPropertyValue> m_value; // a CPropertyValueList for several primitives
-    std::vector<unsigned char> m_raw;        // octets that are no primitives, as they were encoded
+    // Octets that are no primitives, as they were encoded; there may be none of them, which is not the same as no
+    // value.
+    std::optional<std::vector<unsigned char>> m_raw;
 };
 
 // A value whose record refers to lists or to values of any type. Those are values of their own, the parts, in the order

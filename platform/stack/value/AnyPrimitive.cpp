@@ -23,7 +23,7 @@ CPVAnyPrimitive::CPVAnyPrimitive(const CPVAnyPrimitive& other) : CPropertyValue(
 
 void CPVAnyPrimitive::Clear() {
     m_value.reset();
-    m_raw.clear();
+    m_raw.reset();
 }
 
 void CPVAnyPrimitive::Assign(const CPVAnyPrimitive& other) {
@@ -36,7 +36,7 @@ void CPVAnyPrimitive::Assign(const CPVAnyPrimitive& other) {
 
 void CPVAnyPrimitive::Assign(CPropertyValue* value) {
     m_value.reset(value);
-    m_raw.clear();
+    m_raw.reset();
     OnPropId();
 }
 
@@ -48,11 +48,13 @@ void CPVAnyPrimitive::OnPropId() {
 BACSTAC_DATA_TYPE CPVAnyPrimitive::GetValueType() const {
     if (m_value)
         return m_value->GetDataType();
-    return m_raw.empty() ? TYPE_NONE : TYPE_RAW;
+    return m_raw ? TYPE_RAW : TYPE_NONE;
 }
 
 unsigned CPVAnyPrimitive::GetDataSize() const {
-    return m_value ? m_value->GetDataSize() : static_cast<unsigned>(m_raw.size());
+    if (m_value)
+        return m_value->GetDataSize();
+    return m_raw ? static_cast<unsigned>(m_raw->size()) : 0;
 }
 
 bool CPVAnyPrimitive::ReadFrom(BACSTAC_PROPERTY_CONTENTS const& contents) {
@@ -78,11 +80,12 @@ bool CPVAnyPrimitive::ReadFrom(void const* data) {
 bool CPVAnyPrimitive::WriteTo(BACSTAC_PROPERTY_CONTENTS& contents) const {
     if (m_value)
         return m_value->WriteTo(contents);
-    if (m_raw.empty() || contents.BufferSize < m_raw.size())
+    if (!m_raw || contents.BufferSize < m_raw->size())
         return false;
-    std::memcpy(contents.Buffer, m_raw.data(), m_raw.size());
+    if (!m_raw->empty())
+        std::memcpy(contents.Buffer, m_raw->data(), m_raw->size());
     contents.DataType = TYPE_RAW;
-    contents.ElementCount = static_cast<std::uint32_t>(m_raw.size());
+    contents.ElementCount = static_cast<std::uint32_t>(m_raw->size());
     return true;
 }
 
@@ -97,7 +100,7 @@ bool CPVAnyPrimitive::Load(const BufferView& buffer, const unsigned char* elemen
             return false;
         const std::uint8_t* octets = buffer.Base + any.Offset;
         m_value.reset();
-        m_raw.assign(octets, octets + any.ElementCount);
+        m_raw.emplace(octets, octets + any.ElementCount);
         return true;
     }
     if (any.DataType < 0) {
@@ -137,13 +140,14 @@ bool CPVAnyPrimitive::Store(Sink& sink) const {
         any.ElementCount = ElementCountOf(*m_value);
         if (!(list ? static_cast<const CPropertyValueList&>(*m_value).StoreElements(sink) : m_value->Store(sink)))
             return false;
-    } else if (!m_raw.empty()) {
+    } else if (m_raw) {
         any.DataType = TYPE_RAW;
-        any.ElementCount = static_cast<std::uint32_t>(m_raw.size());
+        any.ElementCount = static_cast<std::uint32_t>(m_raw->size());
         std::uint8_t* octets = sink.Append(any.ElementCount);
         if (octets == nullptr)
             return false;
-        std::memcpy(octets, m_raw.data(), m_raw.size());
+        if (!m_raw->empty())
+            std::memcpy(octets, m_raw->data(), m_raw->size());
     }
     any.Size = sink.Low() - mark.Low;
     if (!sink.MoveBehind(mark, any.Offset))

@@ -106,6 +106,7 @@ inline constexpr GoldenValue GOLDEN_VALUES[] = {
     {TYPE_EVENT_LOG_RECORD, "0E A47E030107 B40C050032 0F 1E 2CC1200000 1F", "time change -10"},
     {TYPE_LOG_MULTIPLE_RECORD, "0E A47E030107 B40C050032 0F 1E 1E 0901 1C3F800000 68 7E91029120 7F 1F 1F", "four values"},
     {TYPE_READ_RESULT_ITEM, "2955 4E 4442900000 4F", "a value"},
+    {TYPE_READ_RESULT_ITEM, "294C 4E 4F", "an empty list"},
     {TYPE_READ_RESULT_ITEM, "2957 3908 5E 9102 9120 5F", "an error"},
     {EP + 0, "0905 1A04F0 2E 820480 820440 2F", "change of bit string"},
     {EP + 1, "0905 1E 8903 0901 1F", "change of state"},
