@@ -1,8 +1,5 @@
 #include "tests/integration/Station.h"
 
-#include "api/bacnet/Dir.h"
-#include "api/bacnet/Log.h"
-
 #include <algorithm>
 #include <chrono>
 #include <stdexcept>
@@ -12,145 +9,17 @@ namespace integration {
 namespace {
 
 constexpr std::uint32_t WAIT_MS = 100'000;
-constexpr unsigned THREAD_TRACE = 0x20;
-
-class Sink final : public CQilBAC_ErrLog::ISink {
-public:
-    explicit Sink(std::shared_ptr<CEventList> events) : m_events(std::move(events)) {}
-    void OnLine(CQilBAC_ErrLog::KIND kind, const std::string& text) override {
-        if (kind == CQilBAC_ErrLog::KIND_INFORMATION)
-            m_events->Add("I: " + text);
-        else if (kind == CQilBAC_ErrLog::KIND_ERROR)
-            m_events->Add("E: " + text);
-    }
-
-private:
-    const std::shared_ptr<CEventList> m_events;
-};
-
-std::unique_ptr<SqliteHistoryStore> OpenStore(const StationSettings& settings) {
-    HistoryError error;
-    auto store = SqliteHistoryStore::Open(settings.folder / STORE_FILE, settings.store, error);
-    if (!store)
-        throw std::runtime_error(error.text);
-    return store;
-}
-
-KernelSettings SettingsOfKernel(const std::shared_ptr<CEventList>& events) {
-    KernelSettings settings;
-    settings.stationName = "LOCAL";
-    settings.stationNumber = 1;
-    settings.traceMask = THREAD_TRACE;
-    settings.trace = [events](unsigned, const char* text) { events->Add(std::string("T: ") + text); };
-    return settings;
-}
-
-std::unique_ptr<bacnet::BacnetClient> OpenClient(const sim::SimulatorConfig& site, const StationSettings& settings) {
-    bacnet::ClientConfig config;
-    config.Ports.push_back({0, settings.bindAddress, site.Port, "127.255.255.255"});
-    config.Transactions = settings.transactions;
-    std::string failure;
-    auto client = bacnet::BacnetClient::Open(config, failure);
-    if (!client)
-        throw std::runtime_error(failure);
-    return client;
-}
 
 } // namespace
 
-bacnet::TransactionSettings StationSettings::FastTransactions() {
-    bacnet::TransactionSettings settings;
-    settings.TimeoutMs = 300;
-    settings.Retries = 1;
-    settings.SegmentTimeoutMs = 200;
-    settings.RouterWaitMs = 2000;
-    settings.IdRestMs = 2000;
-    return settings;
-}
-
-RecordLines StoredRecords(const std::filesystem::path& folder, bool all) {
-    SqliteHistoryStore::Settings settings;
-    settings.readOnly = true;
-    HistoryError error;
-    const auto store = SqliteHistoryStore::Open(folder / STORE_FILE, settings, error);
-    std::vector<HistoryCount> counts;
-    if (!store || !store->Count(counts, error))
-        throw std::runtime_error(error.text);
-    RecordLines lines;
-    for (const HistoryCount& tag : counts) {
-        HistoryQuery query;
-        query.tagId = tag.tagId;
-        query.all = all;
-        const auto add = [&](const VfiRecord& record) {
-            lines.push_back(Line(record));
-            return true;
-        };
-        if (!store->Query(query, add, error))
-            throw std::runtime_error(error.text);
-    }
-    std::ranges::sort(lines);
-    return lines;
-}
-
 Station::Station(const sim::SimulatorConfig& site, const std::vector<PlannedTag>& tags, const StationSettings& settings)
-    : m_folder(settings.folder), m_events(std::make_shared<CEventList>()), m_store(OpenStore(settings)),
-      m_kernel(SettingsOfKernel(m_events), *m_store), m_driver(m_driverEvents, m_kernel),
-      m_client(OpenClient(site, settings)) {
-    m_driver.m_transferChunk = settings.chunk;
-    AddTags(tags);
-    FillDirectory(site);
-    m_manager = std::make_unique<CBACnetHistoryManager>(
-        &m_settings, HistoryServices{*m_client, m_driver, m_lock, m_clock}, (m_folder / STATE_FILE).string());
-    CQilBAC_ErrLog::Instance().SetSink(std::make_shared<Sink>(m_events));
-}
+    : m_folder(settings.folder), m_parts(site, tags, settings),
+      m_manager(&m_parts.Settings(), {m_parts.Client(), m_parts.Driver(), m_lock, m_clock},
+                (m_folder / STATE_FILE).string()) {}
 
 Station::~Station() {
-    m_manager->Abort();
+    m_manager.Abort();
     WaitForTransfers(WAIT_MS);
-    CQilBAC_ErrLog::Instance().SetSink(nullptr);
-}
-
-void Station::AddTags(const std::vector<PlannedTag>& tags) {
-    for (const PlannedTag& planned : tags) {
-        TagSettings settings;
-        settings.name = planned.name;
-        settings.type = TAG_TYPE_ANALOG;
-        CTag tag = planned.binding;
-        if (m_kernel.AddTag(settings, tag.tagId) != AddTagResult::Added)
-            throw std::runtime_error("a tag cannot be added: " + planned.name);
-        m_driver.m_tags.RegisterTag(tag);
-    }
-}
-
-// The directory file names the devices and their trends; all of them are selected for the transfer.
-void Station::FillDirectory(const sim::SimulatorConfig& site) {
-    CBACnetDir directory;
-    for (const SiteDevice& found : DevicesOf(site)) {
-        CBACnetDev device;
-        device.SetInst(found.Config.Instance);
-        device.SetAddr(found.Address);
-        auto selected = std::make_unique<CDeviceSettings>();
-        selected->device = std::to_string(found.Config.Instance);
-        for (const sim::ObjectConfig& object : found.Config.Objects) {
-            if (!object.Log)
-                continue;
-            CBACnetObj trend;
-            trend.SetId(object.Id);
-            trend.SetName(object.Name);
-            device.AddObj(trend);
-            selected->objects.push_back(object.Name);
-        }
-        directory.AddDev(device);
-        m_settings.devices.push_back(std::move(selected));
-    }
-    const std::string path = (m_folder / "directory").string();
-    CBacGeneral::SetDirFileName(path);
-    if (!directory.Save(path) || !m_client->LoadDir())
-        throw std::runtime_error("the directory file cannot be written");
-}
-
-CEventList::Lines Station::Transfer() {
-    return Transfer(nullptr);
 }
 
 CEventList::Lines Station::Transfer(TransferRequest* request) {
@@ -159,15 +28,25 @@ CEventList::Lines Station::Transfer(TransferRequest* request) {
 }
 
 void Station::Start(TransferRequest* request) {
-    m_events->Take();
-    if (!m_manager->StartTransfer(false, request))
+    m_parts.Lines().Take();
+    if (!m_manager.StartTransfer(false, request))
         throw std::runtime_error("the transfer does not start");
 }
 
 CEventList::Lines Station::Finish() {
     if (!WaitForTransfers(WAIT_MS))
         throw std::runtime_error("the transfer does not end");
-    return m_events->Take();
+    return m_parts.Lines().Take();
+}
+
+void Station::WaitForLines(const std::string& beginning, std::size_t count) {
+    const auto found = [&] {
+        const CEventList::Lines lines = m_parts.Lines().Get();
+        const auto begins = [&](const std::string& line) { return line.starts_with(beginning); };
+        return static_cast<std::size_t>(std::ranges::count_if(lines, begins)) >= count;
+    };
+    while (IsRunning() && !found())
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
 std::string Station::Position(const std::string& trend) const {
