@@ -36,6 +36,7 @@ public:
     std::string m_name = "Test driver";
     bool m_isWarmStart = false;
     int m_transferChunk = 100;
+    std::uint8_t m_gateId = 7;
     CTagList m_tags;
     std::function<void()> m_onGetName; // called inside GetName
 
@@ -46,7 +47,7 @@ public:
     ISystemAlarmDefinitions& GetSystemAlarmDefinitions() override { return *this; }
     IBacnetIdentity& GetIdentity() override { return *this; }
     IUserAccess& GetUserAccess() override { return *this; }
-    std::uint8_t GetGateId() override { return 7; }
+    std::uint8_t GetGateId() override { return m_gateId; }
     bool IsWarmStart() override { return m_isWarmStart; }
     int GetTransferChunk() override { return m_transferChunk; }
     IQLProgramCore& GetKernel() override { return m_kernel; }
