@@ -25,7 +25,7 @@ struct BipSettings {
     std::uint32_t BroadcastIp = 0;       // 0: taken from the machine's network settings
     int ReceiveBuffer = 4 * 1024 * 1024; // octets, best effort
     // Records what the port sends and receives; may be shared by ports. Null: nothing is recorded.
-    std::shared_ptr<Capture> Recorder;
+    std::shared_ptr<Capture> Recorder = nullptr;
 };
 
 // What came and was not used. Written by the receiving threads, read by anybody.
