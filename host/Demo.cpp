@@ -19,6 +19,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <set>
 
@@ -31,6 +32,13 @@ using Counts = std::map<std::string, std::uint64_t>; // by tag
 
 constexpr auto DISCOVERY_TIME = 10s;
 constexpr auto TRANSFER_BEGIN_TIME = 60s;
+
+// This program, as a person can call it.
+std::string ProgramPath() {
+    std::error_code failure;
+    const auto path = std::filesystem::read_symlink("/proc/self/exe", failure);
+    return failure ? std::string("bdc") : path.string();
+}
 
 // What a run has to tell at its end.
 struct Summary {
@@ -262,8 +270,8 @@ int CDemo::Run(CSignals& signals, bool show) {
         Print();
     if (isGood && !m_options.once && !signals.HasCome()) {
         Say(fmt::format("\nThe site runs until a signal ends it. Talk to it from another terminal, for example:\n"
-                        "    bdc status --data {0}\n    bdc tag set \"{1}\" 1 --data {0}\n",
-                        m_folder, CDemoSite::FLUSH_TAG));
+                        "    {0} status --data {1}\n    {0} tag set \"{2}\" 1 --data {1}\n",
+                        ProgramPath(), m_folder, CDemoSite::FLUSH_TAG));
         while (!signals.Wait(std::chrono::hours(1)))
             continue;
     }
