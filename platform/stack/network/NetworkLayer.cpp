@@ -19,7 +19,6 @@ bool IsNetwork(std::uint16_t number) {
     return number != 0 && number != GLOBAL_BROADCAST;
 }
 
-
 // The network layer's header for a station, or for a broadcast there.
 Npdu HeaderFor(std::uint16_t network, const MacAddress& remote, bool expectingReply) {
     Npdu npdu;
@@ -98,6 +97,15 @@ bool NetworkLayer::Send(const Station& destination, Frame& apdu, bool expectingR
 bool NetworkLayer::Prepare(const Station& destination, Frame& apdu, bool expectingReply, OutgoingNpdu& outgoing) {
     outgoing = {destination.Mac, &apdu};
     return PrependNpdu(apdu, HeaderFor(destination.Network, destination.Remote, expectingReply));
+}
+
+std::size_t NetworkLayer::SendPrepared(std::uint8_t port, std::span<OutgoingNpdu> frames) {
+    IDataLink& link = *m_ports[port].Link;
+    const std::size_t sent =
+        frames.size() == 1 ? (link.Send(frames[0].Destination, *frames[0].Npdu) ? 1U : 0U) : link.SendMany(frames);
+    for (std::size_t i = sent; i < frames.size(); ++i)
+        m_counters.SendFailures.Add();
+    return sent;
 }
 
 bool NetworkLayer::SendBroadcast(const BACSTAC_ADDRESS& destination, Frame& apdu) {

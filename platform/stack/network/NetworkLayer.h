@@ -82,8 +82,10 @@ public:
 
     // The frame holds the APDU and gets all headers. False: the system refused.
     bool Send(const Station& destination, Frame& apdu, bool expectingReply);
-    // As Send, without sending: the headers of the network layer only, for IDataLink::SendMany.
+    // Send in two steps, so that several frames can go out together. First the headers of the network layer; outgoing
+    // refers to apdu. Then the sending, all on one port; returns how many the system took.
     bool Prepare(const Station& destination, Frame& apdu, bool expectingReply, OutgoingNpdu& outgoing);
+    std::size_t SendPrepared(std::uint8_t port, std::span<OutgoingNpdu> frames);
     // destination is a broadcast of the contract (MacLength 0): local (network 0: on each port), one network, or all. A
     // network whose router is unknown is asked through a broadcast on each port. True when one port at least sent.
     bool SendBroadcast(const BACSTAC_ADDRESS& destination, Frame& apdu);

@@ -207,7 +207,7 @@ void AsyncCaller::Impl::Enqueue(Item& item) {
 void AsyncCaller::Impl::Flush() {
     // What the system refuses is as good as lost: its time runs.
     if (m_ready != 0)
-        m_core.Network.Link(m_readyPort).SendMany({m_outgoing.data(), m_ready});
+        m_core.Network.SendPrepared(m_readyPort, {m_outgoing.data(), m_ready});
     m_ready = 0;
 }
 

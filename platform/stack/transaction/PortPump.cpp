@@ -55,7 +55,7 @@ std::size_t PortPump::Lead(std::size_t limit) {
     }
     m_sends.Open();
     Dispatch(m_directed);
-    m_sends.Close(m_link);
+    m_sends.Close(m_network, m_port);
     return count;
 }
 

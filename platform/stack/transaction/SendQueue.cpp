@@ -23,7 +23,7 @@ void SendQueue::Open() {
     m_hint.store(true, std::memory_order_relaxed);
 }
 
-void SendQueue::Close(IDataLink& link) {
+void SendQueue::Close(NetworkLayer& network, std::uint8_t port) {
     for (;;) {
         Batch* batch = nullptr;
         {
@@ -36,7 +36,7 @@ void SendQueue::Close(IDataLink& link) {
             }
             m_filling ^= 1U;
         }
-        link.SendMany({batch->Outgoing.data(), batch->Count});
+        network.SendPrepared(port, {batch->Outgoing.data(), batch->Count});
         batch->Count = 0;
     }
 }

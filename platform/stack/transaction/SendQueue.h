@@ -5,7 +5,7 @@
 // somebody else's.
 #pragma once
 
-#include "platform/stack/transport/DataLink.h"
+#include "platform/stack/network/NetworkLayer.h"
 
 #include <array>
 #include <atomic>
@@ -16,13 +16,14 @@ namespace bacnet {
 
 class SendQueue {
 public:
-    // Copies the frame. False: not now, the caller sends it itself. Any thread.
+    // frame is prepared by the network layer; its octets are copied. False: not now, the caller sends it itself. Any
+    // thread.
     bool Offer(const OutgoingNpdu& frame);
 
     // The leader's side.
     void Open();
-    // Sends what was offered until there is nothing more, and closes.
-    void Close(IDataLink& link);
+    // Sends what was offered until there is nothing more, and closes. What the system refuses is as good as lost.
+    void Close(NetworkLayer& network, std::uint8_t port);
 
 private:
     struct Batch {

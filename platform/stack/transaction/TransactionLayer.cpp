@@ -136,7 +136,7 @@ Outcome TransactionLayer::Impl::SendRequest(const Transaction& transaction) {
         return Outcome::request_too_long;
     if (Core.Pump(peer.Port).Sends().Offer(outgoing))
         return Outcome::simple_ack;
-    return Core.Network.Link(peer.Port).Send(outgoing.Destination, frame) ? Outcome::simple_ack : Outcome::send_failure;
+    return Core.Network.SendPrepared(peer.Port, {&outgoing, 1}) == 1 ? Outcome::simple_ack : Outcome::send_failure;
 }
 
 CallResult TransactionLayer::Impl::Call(const BACSTAC_ADDRESS& destination, std::uint8_t service,

@@ -140,6 +140,26 @@ TEST_F(OverLoopback, RequestsThatALeadingCallerReceivesAreHandledElsewhere) {
     caller.join();
 }
 
+TEST_F(OverLoopback, AFloodOfAnnouncementsHoldsUpNobody) {
+    UdpSocket other;
+    ASSERT_EQ(other.Open({m_block.Ip(40), m_block.Port()}, {}), "");
+    std::atomic<bool> over{false};
+    std::thread flood([&] {
+        const BipAddress all{testing_support::LoopbackBlock::BROADCAST_IP, m_block.Port()};
+        for (int i = 0; i < 10000; ++i)
+            other.Send(i % 2 == 0 ? all : m_port.LocalAddress(), frames::FORWARDED_I_AM);
+        over = true;
+    });
+    AnswerBuffer answer;
+    std::uint32_t calls = 0;
+    while (!over || calls < 100)
+        CallAndCheck(LoopbackDevices::FIRST, calls++, answer);
+    flood.join();
+    std::unique_lock lock(m_mutex);
+    EXPECT_TRUE(m_changed.wait_for(lock, std::chrono::seconds(20), [this] { return m_threads.size() >= 1000; }))
+        << "and of the announcements as many are handed up as there is room for";
+}
+
 TEST_F(OverLoopback, AnObserverIsAskedOnItsOwnThreadAndMayGiveUp) {
     class Patience final : public ICallObserver {
     public:

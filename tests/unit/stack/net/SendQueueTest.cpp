@@ -14,6 +14,7 @@ const MacAddress DEVICE = Mac({10, 0, 0, 5, 0xBA, 0xC0});
 
 class Sends : public testing::Test {
 protected:
+    Sends() { m_network.AddPort(m_link); }
     bool Offer(std::uint8_t number) {
         Frame frame;
         frame.Append(fakes::Octets{0x01, 0x04, number});
@@ -21,13 +22,14 @@ protected:
     }
     fakes::FakeClock m_clock;
     fakes::FakeLink m_link{m_clock};
+    NetworkLayer m_network;
     std::unique_ptr<SendQueue> m_queue = std::make_unique<SendQueue>();
 };
 
 TEST_F(Sends, NothingIsTakenWhileNobodyWouldSendIt) {
     EXPECT_FALSE(Offer(1));
     m_queue->Open();
-    m_queue->Close(m_link);
+    m_queue->Close(m_network, 0);
     EXPECT_FALSE(Offer(1));
     EXPECT_TRUE(m_link.Frames.empty());
 }
@@ -37,7 +39,7 @@ TEST_F(Sends, WhatWasTakenIsSentInItsOrder) {
     for (std::uint8_t i = 0; i < 5; ++i)
         EXPECT_TRUE(Offer(i));
     EXPECT_TRUE(m_link.Frames.empty());
-    m_queue->Close(m_link);
+    m_queue->Close(m_network, 0);
     ASSERT_EQ(m_link.Frames.size(), 5U);
     for (std::uint8_t i = 0; i < 5; ++i) {
         EXPECT_EQ(m_link.Frames[i].Npdu, (fakes::Octets{0x01, 0x04, i}));
@@ -53,7 +55,7 @@ TEST_F(Sends, WhatIsOfferedDuringTheSendingIsSentToo) {
     };
     m_queue->Open();
     EXPECT_TRUE(Offer(1));
-    m_queue->Close(m_link);
+    m_queue->Close(m_network, 0);
     EXPECT_TRUE(offered);
     EXPECT_EQ(m_link.Frames.size(), 2U);
 }
@@ -63,7 +65,7 @@ TEST_F(Sends, AFullQueueTakesNoMore) {
     for (unsigned i = 0; i < NpduBatch::CAPACITY; ++i)
         EXPECT_TRUE(Offer(static_cast<std::uint8_t>(i)));
     EXPECT_FALSE(Offer(99));
-    m_queue->Close(m_link);
+    m_queue->Close(m_network, 0);
     EXPECT_EQ(m_link.Frames.size(), NpduBatch::CAPACITY);
 }
 
@@ -79,7 +81,7 @@ TEST_F(Sends, NothingIsLostBetweenThreads) {
     for (int round = 0; round < 2000; ++round) {
         m_queue->Open();
         std::this_thread::yield();
-        m_queue->Close(m_link);
+        m_queue->Close(m_network, 0);
     }
     over = true;
     for (std::thread& caller : callers)

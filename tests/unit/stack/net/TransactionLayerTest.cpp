@@ -349,6 +349,7 @@ TEST_F(Calling, ErrorRejectAndAbortAreHandedUp) {
 TEST_F(Calling, WhatCanNotBeSentFailsAtOnce) {
     m_link.Refuse = true;
     EXPECT_EQ(Call(LOCAL).How, Outcome::send_failure);
+    EXPECT_EQ(m_network.Counters().SendFailures.Value(), 1U);
     EXPECT_EQ(Call(Address(false, 0, {7})).How, Outcome::invalid_address);
     m_link.Refuse = false;
     CallOptions options;
