@@ -53,6 +53,14 @@ bacnet::ClientConfig StackConfigOf(const Config& config, CStationStore& station)
     return stack;
 }
 
+// "Transfer history on startup" is for the driver to heed.
+bool IsTransferWantedAtStart() {
+    BDCManager.Lock();
+    const bool isWanted = (allPropPages.general.flags & GENERAL_TRANSFER_HISTORY_ON_STARTUP) != 0;
+    BDCManager.Unlock();
+    return isWanted;
+}
+
 } // namespace
 
 CRuntime::CRuntime(const Config& config, std::string folder)
@@ -149,6 +157,8 @@ bool CRuntime::StartConsole(bool show, std::string& error) {
     BDCManager.Start(m_driver.get(), CONSOLE_START_WAIT);
     m_isConsoleStarted = true;
     BDCManager.SetupNetworks();
+    if (IsTransferWantedAtStart())
+        BDCManager.StartHistoryTransfer(nullptr);
     if (show)
         BDCManager.PostMessageW(WM_CONSOLE_SHOW, 0, 0);
     m_control = std::make_unique<CControlServer>();

@@ -1,4 +1,5 @@
 // The built program from outside: usage, exit codes, one instance to a folder, commands against a running instance.
+#include "host/SettingsGuard.h"
 #include "tests/support/Loopback.h"
 #include "tests/unit/host/Process.h"
 #include "tests/unit/host/TempFolder.h"
@@ -279,6 +280,19 @@ TEST_F(RunningBdc, RemembersTheLastTransferOverARestart) {
     m_driver->Wait();
     Start();
     EXPECT_EQ(AskJson({"status"})["history"]["lastTransferTime"], time);
+}
+
+TEST_F(RunningBdc, TransfersAtItsStartWhenTheSettingsWantIt) {
+    AllPropPages pages;
+    pages.general.flags = GENERAL_TRANSFER_HISTORY_ON_STARTUP;
+    std::string error;
+    ASSERT_TRUE(CSettingsGuard(m_data.File("settings.dat")).Save(pages, error)) << error;
+    Start();
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    std::string time;
+    while (time.empty() && std::chrono::steady_clock::now() < deadline)
+        time = AskJson({"status"})["history"]["lastTransferTime"];
+    EXPECT_NE(time, "");
 }
 
 TEST_F(RunningBdc, RestoresDamagedSettingsFromTheirLastGoodGeneration) {
