@@ -29,9 +29,9 @@ void RoundTrip(const Apdu& apdu) {
     Require(again.Type == apdu.Type && again.Segmented == apdu.Segmented && again.MoreFollows == apdu.MoreFollows &&
             again.SegmentedResponseAccepted == apdu.SegmentedResponseAccepted &&
             again.SegmentsAccepted == apdu.SegmentsAccepted && again.MaxApduCode == apdu.MaxApduCode &&
-            again.FromServer == apdu.FromServer && again.Negative == apdu.Negative &&
-            again.InvokeId == apdu.InvokeId && again.SequenceNumber == apdu.SequenceNumber &&
-            again.WindowSize == apdu.WindowSize && again.Service == apdu.Service && again.Reason == apdu.Reason);
+            again.FromServer == apdu.FromServer && again.Negative == apdu.Negative && again.InvokeId == apdu.InvokeId &&
+            again.SequenceNumber == apdu.SequenceNumber && again.WindowSize == apdu.WindowSize &&
+            again.Service == apdu.Service && again.Reason == apdu.Reason);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// A datagram as a BACnet/IP port and the network layer take it: decoded, and where it decodes, encoded again to the same
-// meaning. Then the network layer gets it as received, with a link that sends nowhere.
+// A datagram as a BACnet/IP port and the network layer take it: decoded, and where it decodes, encoded again to the
+// same meaning. Then the network layer gets it as received, with a link that sends nowhere.
 
 #include "platform/stack/network/NetworkLayer.h"
 #include "platform/stack/transport/Bvll.h"
