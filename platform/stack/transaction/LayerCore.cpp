@@ -82,7 +82,7 @@ void LayerCore::Follow(const PeerTable::Dispatched& dispatched) {
     const Waiter* const self = &Waiter::OfThisThread();
     for (Waiter* waiter : dispatched.Wake)
         if (waiter != nullptr && waiter != self) // this thread is awake and looks for itself
-            waiter->Signal();
+            PortPump::Wake(*waiter);
 }
 
 void LayerCore::OnApdu(const ApduIndication& indication) {

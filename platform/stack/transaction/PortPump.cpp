@@ -10,6 +10,7 @@ namespace {
 constexpr int PARK_MS = 5;
 
 thread_local bool t_background = false;
+thread_local WakeSet* t_wakes = nullptr;
 
 } // namespace
 
@@ -37,8 +38,18 @@ bool PortPump::OnBackgroundThread() {
 }
 
 void PortPump::Dispatch(const NpduBatch& batch) {
+    WakeSet wakes;
+    WakeSet* const outer = std::exchange(t_wakes, &wakes);
     for (std::size_t i = 0; i < batch.Count; ++i)
         m_network.OnNpdu(m_port, batch.Items[i]);
+    t_wakes = outer;
+}
+
+void PortPump::Wake(Waiter& waiter) {
+    if (t_wakes != nullptr)
+        t_wakes->Add(waiter);
+    else
+        waiter.Signal();
 }
 
 std::size_t PortPump::Receive(std::size_t limit, IDataLink::Wait wait) {

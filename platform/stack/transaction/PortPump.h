@@ -53,6 +53,8 @@ public:
     void TakeOver();
     // False when the queue is full.
     bool Enqueue(QueuedApdu apdu);
+    // Wakes the waiter, when this thread hands out a batch of answers together with all others that the batch concerns.
+    static void Wake(Waiter& waiter);
     // The present thread is the background thread of some port.
     static bool OnBackgroundThread();
 

@@ -6,6 +6,8 @@
 #include <vector>
 
 #if defined(__linux__)
+#include <cerrno>
+#include <climits>
 #include <ctime>
 #include <linux/futex.h>
 #include <sys/syscall.h>
@@ -34,7 +36,7 @@ public:
         Pool& pool = ThePool();
         const std::lock_guard lock(pool.Mutex);
         if (pool.Free.empty()) {
-            pool.Known.push_back(std::make_unique<Waiter>());
+            pool.Known.push_back(std::make_unique<Waiter>(static_cast<std::uint32_t>(pool.Known.size())));
             pool.Free.reserve(pool.Known.size());
             m_waiter = pool.Known.back().get();
         } else {
@@ -71,31 +73,82 @@ constexpr std::uint32_t QUIET = 0;
 constexpr std::uint32_t ASLEEP = 1;
 constexpr std::uint32_t SIGNALLED = 2;
 
-long Futex(std::atomic<std::uint32_t>& word, int operation, std::uint32_t value, const timespec* timeout) {
+long Futex(std::atomic<std::uint32_t>& word, int operation, std::uint32_t value, const timespec* until,
+           std::uint32_t mask) {
     static_assert(sizeof(word) == sizeof(std::uint32_t) && std::atomic<std::uint32_t>::is_always_lock_free);
-    return ::syscall(SYS_futex, reinterpret_cast<std::uint32_t*>(&word), operation, value, timeout, nullptr, 0);
+    return ::syscall(SYS_futex, reinterpret_cast<std::uint32_t*>(&word), operation, value, until, nullptr, mask);
 }
 
 } // namespace
 
+std::atomic<std::uint32_t>& WakeSet::Word(std::uint32_t group) {
+    // Far enough apart not to share a cache line.
+    struct alignas(64) Padded {
+        std::atomic<std::uint32_t> Value{0};
+    };
+    static Padded words[GROUPS];
+    return words[group].Value;
+}
+
+void WakeSet::Add(Waiter& waiter) {
+    if (!waiter.Mark())
+        return;
+    const std::uint32_t group = waiter.m_index / BITS % GROUPS;
+    m_used |= 1U << group;
+    m_masks[group] |= 1U << waiter.m_index % BITS;
+}
+
+void WakeSet::Wake() {
+    for (std::uint32_t group = 0; m_used >> group != 0; ++group) {
+        if (m_masks[group] == 0)
+            continue;
+        // Who is about to sleep sees the new value, and looks again whether it was meant.
+        Word(group).fetch_add(1);
+        Futex(Word(group), FUTEX_WAKE_BITSET_PRIVATE, INT_MAX, nullptr, m_masks[group]);
+        m_masks[group] = 0;
+    }
+    m_used = 0;
+}
+
+bool Waiter::Mark() {
+    return m_state.exchange(SIGNALLED) == ASLEEP;
+}
+
 void Waiter::Signal() {
-    if (m_state.exchange(SIGNALLED) == ASLEEP)
-        Futex(m_state, FUTEX_WAKE_PRIVATE, 1, nullptr);
+    WakeSet().Add(*this);
 }
 
 void Waiter::Wait(Millis timeout) {
     std::uint32_t state = QUIET;
     if (timeout > 0 && m_state.compare_exchange_strong(state, ASLEEP)) {
-        timespec span{};
-        span.tv_sec = static_cast<time_t>(timeout / 1000);
-        span.tv_nsec = static_cast<long>(timeout % 1000) * 1000000L;
-        // Returns at once when a signal came in between; all other reasons to return are good enough too.
-        Futex(m_state, FUTEX_WAIT_PRIVATE, ASLEEP, &span);
+        timespec until{};
+        ::clock_gettime(CLOCK_MONOTONIC, &until);
+        until.tv_sec += static_cast<time_t>(timeout / 1000);
+        until.tv_nsec += static_cast<long>(timeout % 1000) * 1000000L;
+        if (until.tv_nsec >= 1000000000L) {
+            until.tv_nsec -= 1000000000L;
+            ++until.tv_sec;
+        }
+        std::atomic<std::uint32_t>& word = WakeSet::Word(m_index / WakeSet::BITS % WakeSet::GROUPS);
+        for (;;) {
+            const std::uint32_t seen = word.load();
+            if (m_state.load() == SIGNALLED)
+                break;
+            const long result = Futex(word, FUTEX_WAIT_BITSET_PRIVATE, seen, &until, 1U << m_index % WakeSet::BITS);
+            if (result != 0 && errno == ETIMEDOUT)
+                break;
+        }
     }
     m_state.exchange(QUIET);
 }
 
 #else
+
+void WakeSet::Add(Waiter& waiter) {
+    waiter.Signal();
+}
+
+void WakeSet::Wake() {}
 
 void Waiter::Signal() {
     {

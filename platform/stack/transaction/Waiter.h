@@ -19,20 +19,51 @@ namespace bacnet {
 class Waiter {
 public:
     static Waiter& OfThisThread();
+    // Number of the waiter, from 0 in the order of their making.
+    explicit Waiter(std::uint32_t index = 0) : m_index(index) {}
 
     // Ends the present or the next wait. Any thread.
     void Signal();
-    // Only the thread it belongs to. Returns after a signal, or after timeout milliseconds.
+    // Only the thread it belongs to. Returns after a signal, after timeout milliseconds, or now and then for no reason.
     void Wait(Millis timeout);
 
 private:
+    friend class WakeSet;
+    // True: the thread sleeps, and must be woken.
+    bool Mark();
+
+    const std::uint32_t m_index;
 #if defined(__linux__)
-    // One word and the system's futex: with many callers at once a condition variable's own lock is met too often.
     std::atomic<std::uint32_t> m_state{0};
 #else
     std::mutex m_mutex;
     std::condition_variable m_signal;
     bool m_signalled = false; // m_mutex
+#endif
+};
+
+// Waiters that are signalled together. On Linux they are woken with one system call, so that the waker runs on until
+// all of them are, instead of being pushed aside by each: with many callers that halves the switches between threads.
+class WakeSet {
+public:
+    WakeSet() = default;
+    ~WakeSet() { Wake(); }
+    WakeSet(const WakeSet&) = delete;
+    WakeSet& operator=(const WakeSet&) = delete;
+
+    void Add(Waiter& waiter);
+    void Wake();
+
+private:
+#if defined(__linux__)
+    static constexpr std::uint32_t GROUPS = 8;
+    static constexpr std::uint32_t BITS = 32;
+    friend class Waiter;
+    // One word for each group of waiters; each waiter has a bit of its group, which it may share with others.
+    static std::atomic<std::uint32_t>& Word(std::uint32_t group);
+
+    std::uint32_t m_used = 0; // bit of each group that has something in m_masks
+    std::uint32_t m_masks[GROUPS] = {};
 #endif
 };
 

@@ -27,6 +27,7 @@ protected:
         m_layer = std::make_unique<TransactionLayer>(m_network, m_settings, this);
         m_layer->Start();
     }
+    void TearDown() override { m_layer.reset(); } // while its handler, this, is whole
     void OnRequest(const RequestIndication& request) override {
         if (request.Header.Type == PduType::unconfirmed_request) {
             const std::lock_guard lock(m_mutex);
