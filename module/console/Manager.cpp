@@ -25,6 +25,24 @@ public:
     }
 };
 
+// Holds a flag unless it is held already, be it by this very thread.
+class CFlagHold {
+public:
+    explicit CFlagHold(std::atomic_flag& flag)
+        : m_flag(flag), m_isHeld(!flag.test_and_set(std::memory_order_acquire)) {}
+    ~CFlagHold() {
+        if (m_isHeld)
+            m_flag.clear(std::memory_order_release);
+    }
+    CFlagHold(const CFlagHold&) = delete;
+    CFlagHold& operator=(const CFlagHold&) = delete;
+    bool IsHeld() const { return m_isHeld; }
+
+private:
+    std::atomic_flag& m_flag;
+    const bool m_isHeld;
+};
+
 } // namespace
 
 CBDCManager::CBDCManager() = default;
@@ -42,8 +60,8 @@ CBDCManager& CBDCManager::operator=(const CBDCManager& other) {
 
 void CBDCManager::Start(CDriver* driver, std::uint32_t timeout) {
     // While another thread starts, or this one does further up in a loop that serves events, there is nothing to add.
-    const std::unique_lock starting(m_startMutex, std::try_to_lock);
-    if (!starting || m_running)
+    const CFlagHold starting(m_starting);
+    if (!starting.IsHeld() || m_running)
         return;
     m_driver = driver;
     const std::shared_ptr<IConsoleRun> run = consoleWiring.newRun ? consoleWiring.newRun(*driver) : nullptr;

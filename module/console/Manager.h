@@ -74,7 +74,7 @@ private:
     std::atomic<CDriver*> m_driver{nullptr}; // not owned
     std::recursive_mutex m_lock;
     CTriggerTable m_triggers;
-    std::mutex m_startMutex; // held for the length of a Start
+    std::atomic_flag m_starting; // set for the length of a Start
 };
 
 // A request for StartHistoryTransfer: one object, or with instance 0xFFFFFFFF all trends of the device. Throws
