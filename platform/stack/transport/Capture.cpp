@@ -6,6 +6,11 @@
 #include <system_error>
 #include <utility>
 
+#if !defined(_WIN32)
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
 namespace bacnet {
 
 namespace {
@@ -66,18 +71,32 @@ std::uint32_t IpChecksum(std::uint32_t length, std::uint32_t from, std::uint32_t
     return ~sum & 0xFFFF;
 }
 
+// Makes the file empty and readable by its owner only from the start: whoever opened an earlier one reads nothing of
+// this one. Devices, pipes and folders are left as they are.
+bool Create(const std::filesystem::path& file) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::file_type type = fs::symlink_status(file, error).type();
+    if (type == fs::file_type::regular || type == fs::file_type::symlink)
+        fs::remove(file, error);
+#if defined(_WIN32)
+    return !fs::exists(file, error); // who may read it is the folder's matter there
+#else
+    const int made = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    return made >= 0 && ::close(made) == 0;
+#endif
+}
+
 } // namespace
 
 std::shared_ptr<Capture> Capture::Open(Settings settings, std::string& failure) {
     std::shared_ptr<Capture> capture(new Capture(std::move(settings)));
     const std::filesystem::path& file = capture->m_settings.File;
+    const bool created = FILE_HEADER <= capture->m_settings.Limit && Create(file);
     // Each record is one write, so that the file holds what was recorded, however the process ends.
     capture->m_file.rdbuf()->pubsetbuf(nullptr, 0);
-    capture->m_file.open(file, std::ios::binary | std::ios::trunc);
-    std::error_code error;
-    if (capture->m_file)
-        std::filesystem::permissions(file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write,
-                                     error);
+    if (created)
+        capture->m_file.open(file, std::ios::binary | std::ios::trunc);
     Octets<FILE_HEADER> header;
     header.File32(MAGIC);
     header.File16(2); // version 2.4
@@ -86,7 +105,7 @@ std::shared_ptr<Capture> Capture::Open(Settings settings, std::string& failure) 
     header.File32(0);
     header.File32(SNAPSHOT_LENGTH);
     header.File32(LINKTYPE_RAW);
-    if (!capture->m_file || error || FILE_HEADER > capture->m_settings.Limit || !capture->Write(header.All())) {
+    if (!capture->m_file.is_open() || !capture->Write(header.All())) {
         failure = "the capture file \"" + file.string() + "\" cannot be written";
         return nullptr;
     }

@@ -31,8 +31,8 @@ public:
         std::function<std::chrono::system_clock::time_point()> Now; // empty: the system's
     };
 
-    // Null, with the reason in failure, when the file cannot be made. Only its owner may read it: passwords of
-    // services travel in clear.
+    // Null, with the reason in failure, when the file cannot be made; nothing but a file is overwritten. Only its owner
+    // may read it: passwords of services travel in clear.
     static std::shared_ptr<Capture> Open(Settings settings, std::string& failure);
 
     // An Ip of 0 is recorded as 0.0.0.0: a port that is bound to all addresses does not know its own.
