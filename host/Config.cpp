@@ -37,6 +37,12 @@ bool IsFileName(const std::string& text) {
     return !text.empty() && text != "." && text != ".." && text.find('/') == std::string::npos;
 }
 
+// Of a kind that no other file in the data folder has: a recording overwrites what bears its name.
+bool IsCaptureName(const std::string& text) {
+    constexpr std::string_view suffix = ".pcap";
+    return IsFileName(text) && text.size() > suffix.size() && text.ends_with(suffix);
+}
+
 // Takes the known keys out of one table, one call each; what is left at the end is a fault, so that a misspelt key does
 // not go unseen.
 class CTableReader {
@@ -287,6 +293,10 @@ void ReadRoot(const toml::table& table, Config& config, Faults& faults) {
     ReadSection(root, "stack", faults, [&](CTableReader& r) {
         r.Integer("apdu_timeout_ms", 10, 600000, config.stack.apduTimeout);
         r.Integer("retries", 0, 10, config.stack.retries);
+        r.Text("capture", 255, config.stack.capture);
+        r.Check("capture", config.stack.capture.empty() || IsCaptureName(config.stack.capture),
+                "must be the name of a file in the data folder, without a path and ending in .pcap");
+        r.Integer("capture_limit_mb", 1, 4096, config.stack.captureLimit);
     });
     ReadSection(root, "data", faults, [&](CTableReader& r) { r.Text("folder", 4000, config.dataFolder); });
     ReadSection(root, "settings", faults, [&](CTableReader& r) { ReadFileName(r, config.settingsFile); });

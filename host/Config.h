@@ -36,6 +36,10 @@ struct NetworkConfig {
 struct StackConfig {
     std::uint32_t apduTimeout = 3000; // apdu_timeout_ms, 10..600000: wait for an answer before a request is repeated
     std::uint32_t retries = 3;        // 0..10 repetitions
+    // Where the datagrams of all networks are recorded for network analysers: a file NAME.pcap in the data folder,
+    // which is overwritten at every start. Empty: nowhere.
+    std::string capture;
+    std::uint32_t captureLimit = 64; // capture_limit_mb, 1..4096 MiB: the file grows no further
 };
 
 // `bacnet = {...}` of a tag: what the tag holds.

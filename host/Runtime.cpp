@@ -29,7 +29,7 @@ constexpr std::uint32_t CONSOLE_END_WAIT = 20000;   // ms
 constexpr auto TRANSFER_STOP_WAIT = 3s;
 constexpr auto TRANSFER_CUT_WAIT = 10s;
 
-bacnet::ClientConfig StackConfigOf(const Config& config, CStationStore& station) {
+bacnet::ClientConfig StackConfigOf(const Config& config, const std::string& folder, CStationStore& station) {
     bacnet::ClientConfig stack;
     for (const NetworkConfig& network : config.networks) {
         bacnet::ClientPort port;
@@ -41,6 +41,9 @@ bacnet::ClientConfig StackConfigOf(const Config& config, CStationStore& station)
     }
     stack.Transactions.TimeoutMs = config.stack.apduTimeout;
     stack.Transactions.Retries = static_cast<std::uint8_t>(config.stack.retries);
+    if (!config.stack.capture.empty())
+        stack.CaptureFile = folder + "/" + config.stack.capture;
+    stack.CaptureLimit = std::uint64_t{config.stack.captureLimit} << 20;
     stack.Device.Instance = station.GetDeviceInstance();
     stack.Device.Name = station.GetDeviceName();
     stack.Device.VendorId = config.identity.vendorId;
@@ -131,7 +134,7 @@ bool CRuntime::OpenKernel(std::string& error) {
 
 bool CRuntime::OpenStack(std::string& error) {
     CBacGeneral::SetDirFileName(m_folder + "/" + m_config.directoryFile);
-    m_client = bacnet::BacnetClient::Open(StackConfigOf(m_config, m_station), error);
+    m_client = bacnet::BacnetClient::Open(StackConfigOf(m_config, m_folder, m_station), error);
     if (!m_client)
         return false;
     BACnet = m_client.get();

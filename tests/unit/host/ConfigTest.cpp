@@ -50,6 +50,8 @@ TEST(Config, AnEmptyFileGivesTheDefaults) {
     EXPECT_EQ(config.networks[0].broadcast, "");
     EXPECT_EQ(config.stack.apduTimeout, 3000U);
     EXPECT_EQ(config.stack.retries, 3U);
+    EXPECT_EQ(config.stack.capture, "");
+    EXPECT_EQ(config.stack.captureLimit, 64U);
     EXPECT_EQ(config.dataFolder, "");
     EXPECT_EQ(config.settingsFile, "settings.dat");
     EXPECT_EQ(config.directoryFile, "directory.dat");
@@ -83,6 +85,8 @@ number = 6
 [stack]
 apdu_timeout_ms = 250
 retries = 0
+capture = "site.pcap"
+capture_limit_mb = 4096
 [data]
 folder = "/var/lib/site"
 [settings]
@@ -133,6 +137,8 @@ initial = 12
     EXPECT_EQ(config.networks[1].number, 6U);
     EXPECT_EQ(config.stack.apduTimeout, 250U);
     EXPECT_EQ(config.stack.retries, 0U);
+    EXPECT_EQ(config.stack.capture, "site.pcap");
+    EXPECT_EQ(config.stack.captureLimit, 4096U);
     EXPECT_EQ(config.dataFolder, "/var/lib/site");
     EXPECT_EQ(config.settingsFile, "a.dat");
     EXPECT_EQ(config.directoryFile, "b.xml");
@@ -223,6 +229,16 @@ TEST(Config, RefusesTwoNetworksOfOneNumber) {
 TEST(Config, RefusesFilesOutsideTheDataFolder) {
     for (const char* name : {"", ".", "..", "../x", "/etc/x", "a/b"})
         EXPECT_EQ(FaultsOf("[settings]\nfile = \"" + std::string(name) + "\"\n").size(), 1U) << name;
+}
+
+TEST(Config, RefusesACaptureThatCouldOverwriteOtherFiles) {
+    for (const char* name : {"history.db", ".pcap", "site.PCAP", "../site.pcap", "/tmp/site.pcap", "a/b.pcap"})
+        EXPECT_THAT(FaultsOf("[stack]\ncapture = \"" + std::string(name) + "\"\n"),
+                    ElementsAre("2:11: [stack]: \"capture\" must be the name of a file in the data folder, without a "
+                                "path and ending in .pcap"));
+    EXPECT_EQ(Good("[stack]\ncapture = \"\"\n").stack.capture, "");
+    EXPECT_THAT(FaultsOf("[stack]\ncapture_limit_mb = 0\n"),
+                ElementsAre("2:20: [stack]: \"capture_limit_mb\" must be a whole number from 1 to 4096"));
 }
 
 TEST(Config, RefusesTagsThatMakeNoSense) {
