@@ -1,8 +1,8 @@
 #include "host/AlarmRuleFile.h"
 
 #include "api/bacnet/Log.h"
+#include "base/DurableFile.h"
 #include "host/AlarmJson.h"
-#include "host/Files.h"
 
 #include <nlohmann/json.hpp>
 
@@ -99,7 +99,7 @@ void CAlarmRuleFile::Read() {
     if (!failure) {
         std::string text;
         std::string error;
-        if (!ReadFile(m_path, MAX_FILE_SIZE, text, error)) {
+        if (ReadWholeFile(m_path, MAX_FILE_SIZE, text, &error) != FileRead::Ok) {
             LogErr("Alarm rules: %s", error.c_str());
             m_isDamaged = true;
         } else if (!Decode(text, rules)) {
@@ -116,7 +116,7 @@ void CAlarmRuleFile::Write() {
         rename(m_path.c_str(), (m_path + ".damaged").c_str());
     m_isDamaged = false;
     std::string error;
-    if (!WriteFileDurably(m_path, Encode(m_rules), error))
+    if (!ReplaceWholeFile(m_path, Encode(m_rules), FileAccess::OwnerOnly, &error))
         LogErr("Alarm rules: %s", error.c_str());
     std::error_code failure;
     m_time = std::filesystem::last_write_time(m_path, failure);

@@ -1,12 +1,13 @@
 #include "host/CommandLine.h"
 
+#include "base/NumberText.h"
 #include "host/BacnetNames.h"
 #include "host/ControlClient.h"
 #include "host/DataFolder.h"
 #include "host/Demo.h"
-#include "host/Numbers.h"
 #include "host/Render.h"
 #include "host/Run.h"
+#include "host/TimeText.h"
 #include "host/Version.h"
 
 #include <CLI/CLI.hpp>

@@ -1,7 +1,7 @@
 #include "host/Config.h"
 
+#include "base/DurableFile.h"
 #include "host/BacnetNames.h"
-#include "host/Files.h"
 
 #include <arpa/inet.h>
 #include <toml++/toml.h>
@@ -332,7 +332,7 @@ bool LoadConfig(const std::string& path, Config& config, std::vector<std::string
     errors.clear();
     std::string text;
     std::string error;
-    if (!ReadFile(path, MAX_FILE_SIZE, text, error)) {
+    if (ReadWholeFile(path, MAX_FILE_SIZE, text, &error) != FileRead::Ok) {
         errors.push_back(error);
         return false;
     }

@@ -1,9 +1,10 @@
 #include "host/ControlCommands.h"
 
 #include "api/bacnet/BacGeneral.h"
+#include "base/NumberText.h"
 #include "host/BacnetNames.h"
-#include "host/Numbers.h"
 #include "host/Runtime.h"
+#include "host/TimeText.h"
 #include "host/Version.h"
 #include "module/console/Globals.h"
 #include "platform/historian/SqliteHistoryStore.h"

@@ -1,7 +1,7 @@
 // What both ends of the control socket share: its address and reading or writing with a deadline. Any thread.
 #pragma once
 
-#include "host/Files.h"
+#include "base/FileDescriptor.h"
 
 #include <chrono>
 #include <string>

@@ -1,6 +1,6 @@
 #include "host/DataFolder.h"
 
-#include "host/Files.h"
+#include "base/FileDescriptor.h"
 
 #include <pwd.h>
 #include <sys/stat.h>

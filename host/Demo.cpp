@@ -1,5 +1,6 @@
 #include "host/Demo.h"
 
+#include "base/DurableFile.h"
 #include "host/ControlProtocol.h"
 #include "host/DataFolder.h"
 #include "host/DemoDirectory.h"
@@ -113,7 +114,7 @@ bool CDemo::Prepare(std::string& error) {
         error = "the demonstration's configuration: " + faults.front().text;
         return false;
     }
-    if (!WriteFileDurably(m_folder + "/bdc.toml", text, error))
+    if (!ReplaceWholeFile(m_folder + "/bdc.toml", text, FileAccess::OwnerOnly, &error))
         return false;
     m_runtime = std::make_unique<CRuntime>(config, m_folder);
     return true;

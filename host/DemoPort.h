@@ -2,7 +2,7 @@
 // listens on the same port; so two demonstrations, or one beside a real driver, must not share theirs.
 #pragma once
 
-#include "host/Files.h"
+#include "base/FileDescriptor.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #include "host/DemoSite.h"
 
 #include "api/bacnet/Enums.h"
-#include "host/Files.h"
+#include "base/DurableFile.h"
 #include "module/console/Settings.h"
 #include "simulator/Generate.h"
 #include "simulator/Simulator.h"
@@ -105,7 +105,7 @@ bool LoadDemoCounts(const std::string& path, DemoCounts& counts, std::string& er
     if (access(path.c_str(), F_OK) != 0)
         return true;
     std::string text;
-    if (!ReadFile(path, MAX_FILE_SIZE, text, error))
+    if (ReadWholeFile(path, MAX_FILE_SIZE, text, &error) != FileRead::Ok)
         return false;
     const nlohmann::json json = nlohmann::json::parse(text, nullptr, false);
     for (const auto& [name, target] : {std::pair("devices", &counts.devices), std::pair("trends", &counts.trends),
@@ -123,7 +123,7 @@ bool LoadDemoCounts(const std::string& path, DemoCounts& counts, std::string& er
 bool SaveDemoCounts(const std::string& path, const DemoCounts& counts, std::string& error) {
     const nlohmann::ordered_json json{
         {"devices", counts.devices}, {"trends", counts.trends}, {"records", counts.records}};
-    return WriteFileDurably(path, json.dump(1) + "\n", error);
+    return ReplaceWholeFile(path, json.dump(1) + "\n", FileAccess::OwnerOnly, &error);
 }
 
 CDemoSite::CDemoSite(const DemoCounts& counts, std::uint16_t port) : m_port(port) {

@@ -2,7 +2,7 @@
 // however that ends; the file itself stays and holds the number of the process that has the lock.
 #pragma once
 
-#include "host/Files.h"
+#include "base/FileDescriptor.h"
 
 #include <string>
 

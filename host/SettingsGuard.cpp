@@ -1,6 +1,6 @@
 #include "host/SettingsGuard.h"
 
-#include "host/Files.h"
+#include "base/DurableFile.h"
 #include "module/console/SettingsStore.h"
 
 #include <unistd.h>
@@ -50,7 +50,7 @@ bool CSettingsGuard::IsWhole(std::string_view bytes) {
 bool CSettingsGuard::TryLoad(const std::string& path, bool mustBeWhole, AllPropPages& pages,
                              std::vector<CEventFilter>& filters, std::string& fault) const {
     std::string bytes;
-    if (!ReadFile(path, MAX_FILE_SIZE, bytes, fault))
+    if (ReadWholeFile(path, MAX_FILE_SIZE, bytes, &fault) != FileRead::Ok)
         return false;
     if (mustBeWhole && !IsWhole(bytes)) {
         fault = path + ": is incomplete";
@@ -94,7 +94,8 @@ CSettingsGuard::Source CSettingsGuard::Load(AllPropPages& pages, std::vector<CEv
             continue;
         }
         std::string bytes;
-        if (!ReadFile(Generation(number), MAX_FILE_SIZE, bytes, fault) || !WriteFileDurably(m_path, bytes, fault))
+        if (ReadWholeFile(Generation(number), MAX_FILE_SIZE, bytes, &fault) != FileRead::Ok ||
+            !ReplaceWholeFile(m_path, bytes, FileAccess::OwnerOnly, &fault))
             notes.push_back(fault);
         notes.push_back(m_path + ": the settings of generation " + std::to_string(number) + " are used");
         return Source::Generation;
@@ -135,37 +136,28 @@ bool CSettingsGuard::Verify(const std::string& path, const AllPropPages& pages, 
 
 bool CSettingsGuard::Save(const AllPropPages& pages, std::string& error) {
     const std::string fresh = m_path + ".new";
-    if (!Write(fresh, pages, error) || !Verify(fresh, pages, error) || !SyncFile(fresh, error)) {
+    if (!Write(fresh, pages, error) || !Verify(fresh, pages, error) || !MakeDurable(fresh, &error)) {
         unlink(fresh.c_str());
         return false;
     }
     std::string newBytes;
     std::string oldBytes;
-    std::string ignored;
-    if (ReadFile(fresh, MAX_FILE_SIZE, newBytes, ignored) && ReadFile(m_path, MAX_FILE_SIZE, oldBytes, ignored) &&
-        newBytes == oldBytes) {
+    if (ReadWholeFile(fresh, MAX_FILE_SIZE, newBytes) == FileRead::Ok &&
+        ReadWholeFile(m_path, MAX_FILE_SIZE, oldBytes) == FileRead::Ok && newBytes == oldBytes) {
         unlink(fresh.c_str());
         return true;
     }
     if (IsWhole(oldBytes))
-        KeepGeneration();
-    if (rename(fresh.c_str(), m_path.c_str()) != 0) {
-        error = ErrnoText(m_path, "cannot be replaced");
-        unlink(fresh.c_str());
-        return false;
-    }
-    return SyncFolderOf(m_path, error);
+        KeepGenerations();
+    if (PutInPlace(fresh, m_path, &error))
+        return true;
+    unlink(fresh.c_str());
+    return false;
 }
 
 // The file stays where it is under its own name throughout: its generation is a second name of it.
-void CSettingsGuard::KeepGeneration() const {
+void CSettingsGuard::KeepGenerations() const {
     for (int number = GENERATIONS; number > 1; --number)
         rename(Generation(number - 1).c_str(), Generation(number).c_str());
-    unlink(Generation(1).c_str());
-    if (link(m_path.c_str(), Generation(1).c_str()) == 0)
-        return;
-    std::string bytes;
-    std::string ignored;
-    if (ReadFile(m_path, MAX_FILE_SIZE, bytes, ignored))
-        WriteFileDurably(Generation(1), bytes, ignored);
+    KeepGeneration(m_path, Generation(1));
 }

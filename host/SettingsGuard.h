@@ -43,7 +43,7 @@ private:
                  std::string& fault) const;
     bool Write(const std::string& path, const AllPropPages& pages, std::string& error) const;
     bool Verify(const std::string& path, const AllPropPages& pages, std::string& error) const;
-    void KeepGeneration() const;
+    void KeepGenerations() const;
 
     const std::string m_path;
 };

@@ -1,7 +1,7 @@
 // SIGINT, SIGTERM and SIGHUP as an event that the main thread waits for.
 #pragma once
 
-#include "host/Files.h"
+#include "base/FileDescriptor.h"
 
 #include <chrono>
 

@@ -1,7 +1,7 @@
 #include "host/StationStore.h"
 
+#include "base/DurableFile.h"
 #include "host/AlarmJson.h"
-#include "host/Files.h"
 
 #include <nlohmann/json.hpp>
 
@@ -27,7 +27,7 @@ bool CStationStore::Load(std::string& error) {
     if (access(m_path.c_str(), F_OK) != 0)
         return true;
     std::string text;
-    if (!ReadFile(m_path, MAX_FILE_SIZE, text, error))
+    if (ReadWholeFile(m_path, MAX_FILE_SIZE, text, &error) != FileRead::Ok)
         return false;
     if (Decode(text, error)) {
         m_stored = text;
@@ -43,7 +43,7 @@ bool CStationStore::Save(std::string& error) {
     std::string text = Encode();
     if (text == m_stored)
         return true;
-    if (!WriteFileDurably(m_path, text, error))
+    if (!ReplaceWholeFile(m_path, text, FileAccess::OwnerOnly, &error))
         return false;
     m_stored = std::move(text);
     return true;

@@ -1,6 +1,6 @@
 #include "host/Tags.h"
 
-#include "host/Files.h"
+#include "base/DurableFile.h"
 #include "module/console/Tag.h"
 #include "platform/kernel/Kernel.h"
 
@@ -53,7 +53,7 @@ bool CTagNumbers::Load(std::string& error) {
     if (access(m_path.c_str(), F_OK) != 0)
         return true;
     std::string text;
-    if (!ReadFile(m_path, MAX_FILE_SIZE, text, error))
+    if (ReadWholeFile(m_path, MAX_FILE_SIZE, text, &error) != FileRead::Ok)
         return false;
     const Json json = Json::parse(text, nullptr, false);
     bool isGood = json.is_object();
@@ -79,7 +79,7 @@ bool CTagNumbers::Load(std::string& error) {
 bool CTagNumbers::Save(std::string& error) {
     if (!m_isChanged)
         return true;
-    if (!WriteFileDurably(m_path, Json(m_numbers).dump(1) + "\n", error))
+    if (!ReplaceWholeFile(m_path, Json(m_numbers).dump(1) + "\n", FileAccess::OwnerOnly, &error))
         return false;
     m_isChanged = false;
     return true;

@@ -1,7 +1,7 @@
 #include "module/history/PositionJournal.h"
 
 #include "api/bacnet/BacGeneral.h"
-#include "module/history/DurableFile.h"
+#include "base/DurableFile.h"
 #include "module/history/HistoryState.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "module/history/ProfileFile.h"
 
-#include "module/history/DurableFile.h"
+#include "base/DurableFile.h"
 
 #include <algorithm>
 #include <mutex>
@@ -183,5 +183,5 @@ bool CProfileFile::Write(const std::string& section, const std::string& key, con
         added += name + "=" + value + "\r\n";
         text.insert(at, added);
     }
-    return text.size() <= MAX_FILE_SIZE && ReplaceWholeFile(m_path, text);
+    return text.size() <= MAX_FILE_SIZE && ReplaceWholeFile(m_path, text, FileAccess::AsBefore);
 }

@@ -24,7 +24,7 @@ struct FolderRule {
 };
 
 std::vector<std::string> Stack(const std::vector<std::string>& parts) {
-    std::vector<std::string> folders{"api/bacnet"};
+    std::vector<std::string> folders{"api/bacnet", "base"};
     for (const std::string& part : parts)
         folders.push_back("platform/stack/" + part);
     return folders;
@@ -40,10 +40,11 @@ std::vector<std::string> ServerHalf() {
 const std::vector<FolderRule>& FolderRules() {
     static const std::vector<FolderRule> RULES{
         {"api", {"api"}},
-        {"module", {"api", "module"}},
+        {"base", {"base"}},
+        {"module", {"api", "base", "module"}},
         // Inside the stack: client -> transaction -> network -> transport. Services are the pure coding of requests and
         // answers, over codec and schema. Values, texts, the directory and the log know no traffic.
-        {"platform/stack/schema", {"api/bacnet", "platform/stack/schema"}},
+        {"platform/stack/schema", {"api/bacnet", "base", "platform/stack/schema"}},
         {"platform/stack/codec", Stack({"codec", "schema"})},
         {"platform/stack/services", Stack({"services", "codec", "schema"})},
         {"platform/stack/transport", Stack({"transport", "codec", "schema"})},
@@ -53,15 +54,15 @@ const std::vector<FolderRule>& FolderRules() {
         {"platform/stack/text", Stack({"value", "text", "codec", "schema"})},
         {"platform/stack/directory", Stack({"directory", "value", "text", "services", "codec", "schema"})},
         {"platform/stack/log", Stack({"log"})},
-        {"platform/stack/client", {"api/bacnet", "platform/stack"}},
-        {"platform/kernel", {"api/kernel", "platform/kernel"}},
-        {"platform/historian", {"api/kernel", "platform/historian"}},
+        {"platform/stack/client", {"api/bacnet", "base", "platform/stack"}},
+        {"platform/kernel", {"api/kernel", "base", "platform/kernel"}},
+        {"platform/historian", {"api/kernel", "base", "platform/historian"}},
         // The server half of the protocol: it shares what both halves need, never the client.
         {"simulator", ServerHalf()},
-        {"host", {"api", "host", "module", "platform", "simulator"}},
-        {"bench", {"api", "bench", "host", "module", "platform", "simulator", "tests/support"}},
-        {"fuzz", {"api", "fuzz", "host", "module", "platform", "simulator"}},
-        {"tests", {"api", "bench", "host", "module", "platform", "simulator", "tests"}},
+        {"host", {"api", "base", "host", "module", "platform", "simulator"}},
+        {"bench", {"api", "base", "bench", "host", "module", "platform", "simulator", "tests/support"}},
+        {"fuzz", {"api", "base", "fuzz", "host", "module", "platform", "simulator"}},
+        {"tests", {"api", "base", "bench", "host", "module", "platform", "simulator", "tests"}},
     };
     return RULES;
 }

@@ -1,9 +1,9 @@
 #include "platform/stack/directory/DirFile.h"
 #include "api/bacnet/Enums.h"
 #include "api/bacnet/PropertyValue.h"
+#include "base/DurableFile.h"
 #include "platform/stack/directory/Crc32.h"
 #include "platform/stack/directory/DirValues.h"
-#include "platform/stack/directory/DurableFile.h"
 
 #include <algorithm>
 #include <mutex>
@@ -12,7 +12,6 @@
 
 namespace bacnet::directory {
 
-namespace fs = std::filesystem;
 using namespace std::string_view_literals;
 
 namespace {
@@ -27,10 +26,6 @@ constexpr std::size_t smallestObject = 5;     // type, instance, flags, two empt
 constexpr std::int32_t lowestType = TYPE_RAW; // data types are stored from here on
 constexpr std::uint8_t flagCommandable = 1;
 constexpr std::uint8_t flagValues = 2;
-
-fs::path ToPath(const std::string& utf8) {
-    return fs::path(std::u8string(utf8.begin(), utf8.end()));
-}
 
 void PutFixed(std::string& out, std::uint64_t value, int bytes) {
     for (int i = 0; i < bytes; ++i)
@@ -49,7 +44,7 @@ std::uint64_t GetFixed(std::string_view bytes) {
 // Collects the payload and hands it to the file in pieces.
 class Payload {
 public:
-    explicit Payload(FileWriter& file) : m_file(file) { m_bytes.reserve(chunkSize + 4096); }
+    explicit Payload(CFileReplacement& file) : m_file(file) { m_bytes.reserve(chunkSize + 4096); }
 
     void Byte(std::uint8_t value) { m_bytes += static_cast<char>(value); }
     void Number(std::uint64_t value) {
@@ -82,7 +77,7 @@ private:
         m_bytes.clear();
     }
 
-    FileWriter& m_file;
+    CFileReplacement& m_file;
     std::string m_bytes;
     std::uint64_t m_length = 0;
     std::uint32_t m_crc = 0;
@@ -133,8 +128,7 @@ bool PutDevice(Payload& payload, const CBACnetDev& device) {
     return true;
 }
 
-bool WriteAll(const fs::path& path, const Devices& devices) {
-    FileWriter file(path);
+bool WriteAll(CFileReplacement& file, const Devices& devices) {
     std::string head(magic);
     PutFixed(head, fileVersion, 4);
     file.Write(head);
@@ -273,18 +267,9 @@ std::string_view CheckedPayload(std::string_view bytes) {
     return payload;
 }
 
-// Keeps the present file as the backup, if it is worth keeping. The file itself stays in place all the while.
-void KeepFormer(const fs::path& path, const fs::path& backup, const fs::path& scratch) {
+bool IsWorthKeeping(const std::string& path) {
     std::string bytes;
-    if (!ReadWhole(path, maxFileSize, bytes) || CheckedPayload(bytes).empty())
-        return;
-    std::error_code failure;
-    fs::remove(scratch, failure);
-    fs::create_hard_link(path, scratch, failure);
-    if (failure)
-        fs::copy_file(path, scratch, fs::copy_options::overwrite_existing, failure);
-    if (!failure)
-        fs::rename(scratch, backup, failure);
+    return ReadWholeFile(path, maxFileSize, bytes) == FileRead::Ok && !CheckedPayload(bytes).empty();
 }
 
 } // namespace
@@ -295,7 +280,7 @@ std::string BackupPath(const std::string& path) {
 
 bool ReadFile(const std::string& path, Devices& devices) {
     std::string bytes;
-    if (!ReadWhole(ToPath(path), maxFileSize, bytes))
+    if (ReadWholeFile(path, maxFileSize, bytes) != FileRead::Ok)
         return false;
     const std::string_view payload = CheckedPayload(bytes);
     if (payload.empty())
@@ -317,20 +302,12 @@ bool ReadFile(const std::string& path, Devices& devices) {
 bool WriteFile(const std::string& path, const Devices& devices) {
     static std::mutex saving; // one temporary file at a time
     const std::lock_guard lock(saving);
-    const fs::path target = ToPath(path);
-    const fs::path fresh = ToPath(path + ".tmp");
-    std::error_code failure;
-    if (!WriteAll(fresh, devices)) {
-        fs::remove(fresh, failure);
+    CFileReplacement file(path, FileAccess::AsBefore);
+    if (!WriteAll(file, devices))
         return false;
-    }
-    KeepFormer(target, ToPath(BackupPath(path)), ToPath(path + ".bak.tmp"));
-    fs::rename(fresh, target, failure);
-    if (failure) {
-        fs::remove(fresh, failure);
-        return false;
-    }
-    return SyncFolder(target.parent_path());
+    if (IsWorthKeeping(path))
+        KeepGeneration(path, BackupPath(path));
+    return file.Commit();
 }
 
 } // namespace bacnet::directory

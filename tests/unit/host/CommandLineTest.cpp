@@ -1,8 +1,8 @@
 // The built program from outside: usage, exit codes, one instance to a folder, commands against a running instance.
 #include "host/SettingsGuard.h"
 #include "tests/support/Loopback.h"
+#include "tests/support/TempFolder.h"
 #include "tests/unit/host/Process.h"
-#include "tests/unit/host/TempFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

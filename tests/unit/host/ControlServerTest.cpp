@@ -1,7 +1,7 @@
 #include "host/ControlServer.h"
 #include "host/ControlClient.h"
 #include "host/ControlSocket.h"
-#include "tests/unit/host/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

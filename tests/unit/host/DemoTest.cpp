@@ -1,7 +1,7 @@
 // The demonstration as a process of its own: the main job on real datagrams, over restarts, growth and kills.
 #include "tests/support/Loopback.h"
+#include "tests/support/TempFolder.h"
 #include "tests/unit/host/Process.h"
-#include "tests/unit/host/TempFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "host/SettingsGuard.h"
-#include "tests/unit/host/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

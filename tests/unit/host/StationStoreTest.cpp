@@ -1,6 +1,6 @@
 #include "host/StationStore.h"
 #include "host/AlarmRuleFile.h"
-#include "tests/unit/host/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 

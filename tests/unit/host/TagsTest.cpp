@@ -2,7 +2,7 @@
 #include "module/console/Tag.h"
 #include "platform/historian/MemoryHistoryStore.h"
 #include "platform/kernel/Kernel.h"
-#include "tests/unit/host/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "host/Numbers.h"
+#include "host/TimeText.h"
 
 #include <gtest/gtest.h>
 
@@ -21,21 +21,7 @@ public:
 
 } // namespace
 
-TEST(Numbers, U32RefusesEverythingButDigits) {
-    EXPECT_EQ(ParseU32("0"), 0U);
-    EXPECT_EQ(ParseU32("4294967295"), 4294967295U);
-    for (const char* text : {"", "4294967296", "-1", "+1", " 1", "1 ", "1x", "0x1", "1.0"})
-        EXPECT_EQ(ParseU32(text), std::nullopt) << text;
-}
-
-TEST(Numbers, NumberTakesDecimalAndScientific) {
-    EXPECT_EQ(ParseNumber("-2.5"), -2.5);
-    EXPECT_EQ(ParseNumber("1e3"), 1000.0);
-    for (const char* text : {"", "nan", "inf", "1e999", "1,5", "x", "1 "})
-        EXPECT_EQ(ParseNumber(text), std::nullopt) << text;
-}
-
-TEST(Numbers, TimeIsLocalUnlessItSaysOtherwise) {
+TEST(TimeText, TimeIsLocalUnlessItSaysOtherwise) {
     const CTimeZone zone("CET-1CEST,M3.5.0,M10.5.0/3");
     EXPECT_EQ(ParseTime("2026-01-05"), 1767567600U);
     EXPECT_EQ(ParseTime("2026-01-05 12:30"), 1767612600U);
@@ -45,14 +31,14 @@ TEST(Numbers, TimeIsLocalUnlessItSaysOtherwise) {
     EXPECT_EQ(ParseTime("@1767616215"), 1767616215U);
 }
 
-TEST(Numbers, TimeRefusesWhatIsNoPointInTime) {
+TEST(TimeText, TimeRefusesWhatIsNoPointInTime) {
     for (const char* text : {"", "2026", "2026-13-01", "2026-02-29", "2026-1-05", "2026-01-05 24:00", "2026-01-05 12",
                              "2026-01-05 12:60", "2026-01-05 12:30:60", "2026-01-05x", "2026-01-05 12:30:15+01:00",
                              "1969-12-31Z", "2107-01-01", "@-1", "@4294967296", "-026-01-05"})
         EXPECT_EQ(ParseTime(text), std::nullopt) << text;
 }
 
-TEST(Numbers, FormattedTimeCarriesItsOffset) {
+TEST(TimeText, FormattedTimeCarriesItsOffset) {
     const CTimeZone zone("CET-1CEST,M3.5.0,M10.5.0/3");
     EXPECT_EQ(FormatTime(1767612615, 40), "2026-01-05T12:30:15.040+01:00");
     EXPECT_EQ(FormatTime(1783245600, 999), "2026-07-05T12:00:00.999+02:00");

@@ -13,7 +13,7 @@
 class CTempFolder {
 public:
     CTempFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "bdc-host-XXXXXX").string();
+        std::string name = (std::filesystem::temp_directory_path() / "bdc-test-XXXXXX").string();
         const char* made = mkdtemp(name.data());
         EXPECT_NE(made, nullptr);
         m_path = name;

@@ -1,23 +1,19 @@
-#include "host/Numbers.h"
+#include "host/TimeText.h"
+
+#include "base/NumberText.h"
 
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <cstdio>
 #include <ctime>
 
 namespace {
 
-template <class T>
-bool ParseWhole(std::string_view text, T& value) {
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    return !text.empty() && result.ec == std::errc() && result.ptr == text.data() + text.size();
-}
-
 // Takes a field of exactly `digits` digits off the front.
 bool TakeField(std::string_view& text, std::size_t digits, int& value) {
-    if (text.size() < digits || text.front() == '-' || !ParseWhole(text.substr(0, digits), value))
+    const auto number = ParseU32(text.substr(0, digits));
+    if (text.size() < digits || !number)
         return false;
+    value = static_cast<int>(*number);
     text.remove_prefix(digits);
     return true;
 }
@@ -34,16 +30,6 @@ bool IsSameDay(const std::tm& left, const std::tm& right) {
 }
 
 } // namespace
-
-std::optional<std::uint32_t> ParseU32(std::string_view text) {
-    std::uint32_t value = 0;
-    return ParseWhole(text, value) ? std::optional(value) : std::nullopt;
-}
-
-std::optional<double> ParseNumber(std::string_view text) {
-    double value = 0;
-    return ParseWhole(text, value) && std::isfinite(value) ? std::optional(value) : std::nullopt;
-}
 
 std::optional<std::uint32_t> ParseTime(std::string_view text) {
     if (!text.empty() && text.front() == '@')

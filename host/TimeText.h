@@ -1,15 +1,10 @@
-// Numbers and points in time as people type them on a command line. Pure functions; no locale.
+// Points in time as people type them on a command line. Pure functions; no locale.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-
-// Decimal, and nothing but the number; refuses what does not fit.
-std::optional<std::uint32_t> ParseU32(std::string_view text);
-// Decimal or scientific; refuses what is not finite.
-std::optional<double> ParseNumber(std::string_view text);
 
 // "YYYY-MM-DD", "YYYY-MM-DD hh:mm", "YYYY-MM-DD hh:mm:ss" (also with "T") in local time, with a "Z" behind it in UTC,
 // or

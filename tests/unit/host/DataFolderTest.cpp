@@ -1,7 +1,6 @@
-#include "host/Files.h"
 #include "host/DataFolder.h"
 #include "host/LockFile.h"
-#include "tests/unit/host/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -10,44 +9,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-
-TEST(Files, WriteReplacesTheWholeFileAndLeavesNoTemporary) {
-    const CTempFolder folder;
-    std::string error;
-    ASSERT_TRUE(WriteFileDurably(folder.File("a"), "a longer first text", error)) << error;
-    ASSERT_TRUE(WriteFileDurably(folder.File("a"), "short", error)) << error;
-    EXPECT_EQ(folder.Get("a"), "short");
-    EXPECT_FALSE(folder.Has("a.new"));
-    struct stat status {};
-    ASSERT_EQ(stat(folder.File("a").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0600U);
-}
-
-TEST(Files, AFailedWriteLeavesTheOldFile) {
-    const CTempFolder folder;
-    folder.Put("a", "old");
-    std::filesystem::create_symlink("/dev/full", folder.File("a.new"));
-    std::string error;
-    EXPECT_FALSE(WriteFileDurably(folder.File("a"), "new", error));
-    EXPECT_EQ(error, folder.File("a.new") + ": cannot be written: No space left on device");
-    EXPECT_EQ(folder.Get("a"), "old");
-    EXPECT_FALSE(WriteFileDurably(folder.File("missing/a"), "new", error));
-}
-
-TEST(Files, ReadRefusesWhatIsNoFileOrTooLarge) {
-    const CTempFolder folder;
-    folder.Put("a", std::string("ab\0c", 4));
-    std::string text;
-    std::string error;
-    ASSERT_TRUE(ReadFile(folder.File("a"), 4, text, error));
-    EXPECT_EQ(text, std::string("ab\0c", 4));
-    EXPECT_FALSE(ReadFile(folder.File("a"), 3, text, error));
-    EXPECT_EQ(error, folder.File("a") + ": is larger than 3 bytes");
-    EXPECT_EQ(text.size(), 4U) << "a failed read leaves the text alone";
-    ASSERT_EQ(mkfifo(folder.File("pipe").c_str(), 0600), 0);
-    EXPECT_FALSE(ReadFile(folder.File("pipe"), 4, text, error)) << "and does not wait for a writer";
-    EXPECT_FALSE(ReadFile(folder.Path(), 4, text, error));
-}
 
 TEST(DataFolder, IsMadeWithItsParentsForTheUserOnly) {
     const CTempFolder folder;
