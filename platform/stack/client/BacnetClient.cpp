@@ -73,7 +73,8 @@ std::unique_ptr<BacnetClient> BacnetClient::Open(const ClientConfig& config, std
 }
 
 BacnetClient::BacnetClient(const ClientConfig& config, std::vector<ClientLink> links, const IClock* clock)
-    : m_links(std::move(links)), m_server(config.Device, config.Transactions),
+    : m_links(std::move(links)), m_traits(clock != nullptr ? *clock : m_clock),
+      m_server(config.Device, config.Transactions),
       m_transactions(
           [this]() -> NetworkLayer& {
               for (const ClientLink& link : m_links)
@@ -197,7 +198,12 @@ void BacnetClient::OnIAm(const RequestIndication& request) {
         return;
     BACSTAC_ADDRESS former{};
     switch (m_directory.Learn(announcement, request.Source, former)) {
+    case LiveDirectory::Learned::added:
+        m_traits.Forget(request.Source); // another device may have been there
+        break;
     case LiveDirectory::Learned::moved:
+        m_traits.Forget(request.Source);
+        m_traits.Forget(former);
         ::LogInf("Device %u has moved from %s to %s", announcement.Device, AddressText(former).c_str(),
                  AddressText(request.Source).c_str());
         break;

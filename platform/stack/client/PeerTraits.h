@@ -1,8 +1,10 @@
 // What calls have taught about single devices, by address: that one has no multiple reads, or how many properties it
-// manages in one. Only devices with limits are kept. Any thread.
+// manages in one. Only devices with limits are kept, so many and so long at the most: a device may be replaced or
+// taught better, and then costs one refused request. Any thread.
 #pragma once
 
 #include "api/bacnet/Types.h"
+#include "platform/stack/transaction/Clock.h"
 
 #include <cstdint>
 #include <cstring>
@@ -23,8 +25,12 @@ struct AddressHash {
 class PeerTraits {
 public:
     static constexpr unsigned UNLIMITED = UINT32_MAX;
-    // Devices that are remembered; the memory starts over beyond, since it is only a help.
+    // Devices that are remembered; beyond, the one that taught us longest ago is forgotten.
     static constexpr std::size_t MAX_PEERS = 10000;
+    // A lesson is forgotten this long after it was given last.
+    static constexpr Millis LIFETIME_MS = 3'600'000;
+
+    explicit PeerTraits(const IClock& clock) : m_clock(clock) {} // borrowed
 
     // Properties to ask for in one ReadPropertyMultiple: UNLIMITED, a number, or 0 where the service is missing.
     unsigned MultipleReadLimit(const BACSTAC_ADDRESS& address) const;
@@ -34,16 +40,24 @@ public:
     // A read at the limit went well. After a number of them the limit is tried higher, since it may have been one long
     // value that set it.
     void MultipleReadWorked(const BACSTAC_ADDRESS& address, unsigned count);
+    // Another device is at this address now, or may be.
+    void Forget(const BACSTAC_ADDRESS& address);
+    std::size_t Count() const;
 
 private:
     struct Traits {
         unsigned Limit = UNLIMITED;
         unsigned Successes = 0; // at the limit, in a row
+        Millis LearnedAt = 0;
     };
-    Traits& At(const BACSTAC_ADDRESS& address);
+    using Map = std::unordered_map<BACSTAC_ADDRESS, Traits, AddressHash>;
+    // Null when nothing is known, or no longer. Under m_lock.
+    const Traits* Find(const BACSTAC_ADDRESS& address) const;
+    Traits& Learn(const BACSTAC_ADDRESS& address);
 
+    const IClock& m_clock;
     mutable std::shared_mutex m_lock;
-    std::unordered_map<BACSTAC_ADDRESS, Traits, AddressHash> m_traits; // m_lock
+    Map m_traits; // m_lock
 };
 
 } // namespace bacnet
