@@ -1,8 +1,10 @@
 // The request builders over the services of the process's client.
 #include "api/bacnet/Requests.h"
 #include "api/bacnet/BacGeneral.h"
+#include "api/bacnet/Log.h"
 #include "platform/stack/client/Status.h"
 
+#include <set>
 #include <utility>
 
 // ---- CRPMRequest ----------------------------------------------------------------------------------------------------
@@ -115,27 +117,32 @@ CEventInfoService::CEventInfoService(unsigned capacity) : m_capacity(capacity) {
 
 CEventInfoService::~CEventInfoService() = default;
 
+// Each page goes on behind the last event of the one before. A device that never ends, or goes round in a circle, is
+// left after what it has told so far.
 BACSTAC_STATUS CEventInfoService::Call(unsigned device) {
+    constexpr unsigned maxPages = 10000;
     Error = {};
     std::vector<BACSTAC_EVENT_SUMMARY> page(m_capacity);
+    std::set<std::pair<std::uint32_t, std::uint32_t>> lastOnes;
     BACSTAC_OBJECT_ID last{};
-    const BACSTAC_OBJECT_ID* lastReceived = nullptr;
-    for (bool more = true; more;) {
+    bool more = true;
+    for (unsigned pages = 0; more && pages < maxPages; ++pages) {
         unsigned count = 0;
         more = false;
         Status = BACnet == nullptr ? BACSTAC_STATUS_SHUTDOWN
-                                   : BACnet->GetEventInformation(device, lastReceived, page.data(), m_capacity, &count,
-                                                                 &more, &Error);
+                                   : BACnet->GetEventInformation(device, pages == 0 ? nullptr : &last, page.data(),
+                                                                 m_capacity, &count, &more, &Error);
         if (Status != BACSTAC_OK)
-            break;
-        for (unsigned i = 0; i < count && i < m_capacity; ++i)
-            OnEvent(page[i]);
+            return Status;
         if (count == 0 || count > m_capacity)
-            break; // "more" without an event would go on for ever
-        if (lastReceived != nullptr && page[count - 1].ObjectId == last)
-            break; // and so would the same page again
+            break;
         last = page[count - 1].ObjectId;
-        lastReceived = &last;
+        if (!lastOnes.emplace(last.Type, last.Instance).second)
+            break;
+        for (unsigned i = 0; i < count; ++i)
+            OnEvent(page[i]);
     }
+    if (more)
+        ::LogInf("GetEventInformation: device %u says that it has more events, but gives none", device);
     return Status;
 }

@@ -345,7 +345,16 @@ TEST_F(CommandsTest, EndsWhenADeviceNeverEndsItsEvents) {
     AnswerWith("0E " + EventOf(1) + "0F 19 01");
     Events same(100);
     EXPECT_EQ(same.Call(DeviceAt(1)), BACSTAC_OK);
-    EXPECT_EQ(same.Seen, "1 1 ");
+    EXPECT_EQ(same.Seen, "1 ");
+    Serve(1, [](const Octets& request) { // 1 2, 3, 1 2, 3, ...
+        const Octets after = Parameters(request);
+        const bool even = !after.empty() && after.back() == 2;
+        return std::vector<Octets>{
+            Ack(request, Hex("0E " + (even ? EventOf(3) : EventOf(1) + EventOf(2)) + "0F 19 01"))};
+    });
+    Events circle(100);
+    EXPECT_EQ(circle.Call(DeviceAt(1)), BACSTAC_OK);
+    EXPECT_EQ(circle.Seen, "1 2 3 ");
     AnswerWith("0E 0F 19 01");
     Events none(100);
     EXPECT_EQ(none.Call(DeviceAt(1)), BACSTAC_OK);
