@@ -158,6 +158,10 @@ private:
                          BACSTAC_ERROR* error);
     BACSTAC_STATUS Write(const Peer& peer, const PropertyTarget& target, int priority,
                          BACSTAC_PROPERTY_CONTENTS const& contents, BACSTAC_ERROR* error);
+    BACSTAC_STATUS WriteTogether(const Peer& peer, BACSTAC_OBJECT_ID const& object,
+                                 BACSTAC_PROPERTY_VALUE const* values, unsigned count, BACSTAC_ERROR* error);
+    BACSTAC_STATUS WriteMany(const Peer& peer, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_VALUE const* values,
+                             unsigned count, BACSTAC_ERROR* error);
     BACSTAC_STATUS ReadEncoded(const Peer& peer, const PropertyTarget& target, AnswerBuffer& answer,
                                std::span<const std::uint8_t>& value, BACSTAC_ERROR* error);
     BACSTAC_STATUS ReadContents(const Peer& peer, const PropertyTarget& target, BACSTAC_PROPERTY_CONTENTS& contents,

@@ -12,11 +12,13 @@ constexpr std::uint32_t codeOptionalFunctionalityNotSupported = 45;
 constexpr std::uint32_t codeAbortBufferOverflow = 51;
 constexpr std::uint32_t codeAbortSegmentationNotSupported = 54;
 constexpr std::uint32_t codeRejectBufferOverflow = 59;
+constexpr std::uint32_t codeRejectTooManyArguments = 65;
 constexpr std::uint32_t codeRejectUnrecognizedService = 67;
 constexpr std::uint32_t codeAbortApduTooLong = 123;
 constexpr std::uint32_t codeAbortOutOfResources = 125;
 
 constexpr std::uint32_t rejectBufferOverflow = 1;
+constexpr std::uint32_t rejectTooManyArguments = 6;
 constexpr std::uint32_t abortOutOfResources = 9;
 
 void SetRefused(BACSTAC_ERROR* error, std::uint8_t reason) {
@@ -82,11 +84,11 @@ bool IsTooMuch(BACSTAC_STATUS status, const BACSTAC_ERROR& error) {
         return error.Class == ABORT_BUFFER_OVERFLOW || error.Class == ABORT_SEGMENTATION_NOT_SUPPORTED ||
                error.Class == ABORT_APDU_TOO_LONG || error.Class == abortOutOfResources;
     case BACSTAC_STATUS_REJECT:
-        return error.Class == rejectBufferOverflow;
+        return error.Class == rejectBufferOverflow || error.Class == rejectTooManyArguments;
     case BACSTAC_STATUS_ERROR:
         return error.Code == codeAbortBufferOverflow || error.Code == codeAbortSegmentationNotSupported ||
                error.Code == codeAbortApduTooLong || error.Code == codeAbortOutOfResources ||
-               error.Code == codeRejectBufferOverflow;
+               error.Code == codeRejectBufferOverflow || error.Code == codeRejectTooManyArguments;
     default:
         return false;
     }

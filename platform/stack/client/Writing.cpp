@@ -58,8 +58,41 @@ BACSTAC_STATUS BacnetClient::WritePropertyNull(unsigned device, BACSTAC_OBJECT_I
     return WriteProperty(device, object, property, arrayIndex, priority, null, error);
 }
 
-// A device without the service gets the writes one by one: in the same order, up to the first that fails, as the
-// service itself would do it (clause 15.10.2).
+// One exchange.
+BACSTAC_STATUS BacnetClient::WriteTogether(const Peer& peer, BACSTAC_OBJECT_ID const& object,
+                                           BACSTAC_PROPERTY_VALUE const* values, unsigned count, BACSTAC_ERROR* error) {
+    RequestBuffer request;
+    BeginWriteObject(object, request.Out);
+    if (!PutValues(values, count, request.Out))
+        return BACSTAC_STATUS_INVALID_ARGUMENT;
+    EndWriteObject(request.Out);
+    return Command(peer, ConfirmedService::writePropertyMultiple, request, error);
+}
+
+// A device without the service gets the writes one by one, and one for which they are too much gets them in halves: in
+// the same order, up to the first that fails, as the service itself would do it (clause 15.10.2). A request that was
+// too much has written nothing.
+BACSTAC_STATUS BacnetClient::WriteMany(const Peer& peer, BACSTAC_OBJECT_ID const& object,
+                                       BACSTAC_PROPERTY_VALUE const* values, unsigned count, BACSTAC_ERROR* error) {
+    BACSTAC_ERROR detail{};
+    BACSTAC_STATUS status = WriteTogether(peer, object, values, count, &detail);
+    const bool missing = LacksService(status, detail);
+    if (!missing && !IsTooMuch(status, detail)) {
+        if (error != nullptr)
+            *error = detail;
+        return status;
+    }
+    status = BACSTAC_OK;
+    if (!missing && count > 1) {
+        status = WriteMany(peer, object, values, count / 2, error);
+        return status != BACSTAC_OK ? status : WriteMany(peer, object, values + count / 2, count - count / 2, error);
+    }
+    for (unsigned i = 0; i < count && status == BACSTAC_OK; ++i)
+        status = Write(peer, {object, values[i].Property, values[i].ArrayIndex}, values[i].Priority, values[i].Contents,
+                       error);
+    return status;
+}
+
 BACSTAC_STATUS BacnetClient::WritePropertyMultiple(unsigned device, BACSTAC_ADDRESS const& address,
                                                    BACSTAC_OBJECT_ID const& object,
                                                    BACSTAC_PROPERTY_VALUE const* values, unsigned count,
@@ -67,26 +100,10 @@ BACSTAC_STATUS BacnetClient::WritePropertyMultiple(unsigned device, BACSTAC_ADDR
     if (count != 0 && values == nullptr)
         return BACSTAC_STATUS_INVALID_ARGUMENT;
     Peer peer;
-    BACSTAC_STATUS status = FindPeer(device, address, peer);
+    const BACSTAC_STATUS status = FindPeer(device, address, peer);
     if (status != BACSTAC_OK || count == 0)
         return status;
-    RequestBuffer request;
-    BeginWriteObject(object, request.Out);
-    if (!PutValues(values, count, request.Out))
-        return BACSTAC_STATUS_INVALID_ARGUMENT;
-    EndWriteObject(request.Out);
-    BACSTAC_ERROR detail{};
-    status = Command(peer, ConfirmedService::writePropertyMultiple, request, &detail);
-    if (LacksService(status, detail) || (status == BACSTAC_STATUS_TOO_LONG && count > 1)) {
-        status = BACSTAC_OK;
-        detail = {};
-        for (unsigned i = 0; i < count && status == BACSTAC_OK; ++i)
-            status = Write(peer, {object, values[i].Property, values[i].ArrayIndex}, values[i].Priority,
-                           values[i].Contents, &detail);
-    }
-    if (status != BACSTAC_OK && error != nullptr)
-        *error = detail;
-    return status;
+    return WriteMany(peer, object, values, count, error);
 }
 
 BACSTAC_STATUS BacnetClient::CreateObject(unsigned device, BACSTAC_OBJECT_SPECIFIER const* specifier,

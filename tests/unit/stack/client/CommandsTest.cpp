@@ -94,6 +94,44 @@ TEST_F(CommandsTest, WritesOneByOneToADeviceWithoutMultipleWrites) {
     EXPECT_EQ(writes, 2) << "up to the first that fails";
 }
 
+TEST_F(CommandsTest, WritesInHalvesWhatIsTooMuchForADevice) {
+    for (const char* refusal : {"71 00 01", "71 00 04", "60 00 06"}) {
+        SCOPED_TRACE(refusal);
+        std::string written;
+        Serve(1, [&](const Octets& request) {
+            EXPECT_EQ(Service(request), 16);
+            const std::string parameters = ToHex(Parameters(request));
+            // two values at the most: each ends in its closing tag 2
+            if (parameters.size() > 3 * (5 + 2 * 9 + 2))
+                return std::vector<Octets>{WithId(Hex(refusal), request)};
+            for (const char* property : {"09 55", "09 68", "09 16", "09 2D", "09 41"})
+                if (parameters.find(property) != std::string::npos)
+                    written += std::string(property + 3) + " ";
+            return std::vector<Octets>{Octets{0x20, request.at(2), request.at(3)}};
+        });
+        float value = 67.0F;
+        BACSTAC_PROPERTY_CONTENTS contents{TYPE_REAL, &value, sizeof value, 1};
+        CWPMRequest request(5);
+        for (const BACSTAC_PROPERTY_ID property : {0x55U, 0x68U, 0x16U, 0x2DU, 0x41U})
+            request.Append(property, -1, contents, -1);
+        EXPECT_TRUE(request.Execute(DeviceAt(1), Address(1), analogValue));
+        EXPECT_EQ(written, "55 68 16 2D 41 ") << "in their order, each once";
+    }
+}
+
+TEST_F(CommandsTest, NeverRepeatsAWriteInPartsAfterSilence) {
+    Serve(1, [](const Octets&) { return std::vector<Octets>{}; });
+    float value = 67.0F;
+    BACSTAC_PROPERTY_CONTENTS contents{TYPE_REAL, &value, sizeof value, 1};
+    CWPMRequest request(2);
+    request.Append(85, -1, contents, -1);
+    request.Append(104, -1, contents, -1);
+    m_link->TakeSent();
+    EXPECT_FALSE(request.Execute(DeviceAt(1), Address(1), analogValue));
+    EXPECT_EQ(request.Status, BACSTAC_STATUS_TIMEOUT);
+    EXPECT_EQ(m_link->RequestsTo(1).size(), Retries + 1U);
+}
+
 TEST_F(CommandsTest, CreatesAndDeletesObjects) {
     AnswerWith("C4 02 80 00 0D");
     std::uint32_t method = 1;

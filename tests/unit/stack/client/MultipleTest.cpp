@@ -249,6 +249,7 @@ TEST_F(MultipleTest, SaysWhereSingleReadsCanHelp) {
     };
     EXPECT_TRUE(can(BACSTAC_STATUS_REJECT, {1, 9, 0})) << "unrecognized-service";
     EXPECT_TRUE(can(BACSTAC_STATUS_REJECT, {1, 1, 0})) << "buffer-overflow";
+    EXPECT_TRUE(can(BACSTAC_STATUS_REJECT, {1, 6, 0})) << "too-many-arguments";
     EXPECT_TRUE(can(BACSTAC_STATUS_ABORT, {1, 1, 0})) << "buffer-overflow";
     EXPECT_TRUE(can(BACSTAC_STATUS_ABORT, {1, 4, 0})) << "segmentation-not-supported";
     EXPECT_TRUE(can(BACSTAC_STATUS_ABORT, {1, 11, 0})) << "apdu-too-long";
