@@ -51,6 +51,7 @@ inline constexpr BACSTAC_PROPERTY_ID PROP_LOG_DEVICE_OBJECT_PROPERTY = 132;
 inline constexpr BACSTAC_PROPERTY_ID PROP_PROTOCOL_REVISION = 139;
 inline constexpr BACSTAC_PROPERTY_ID PROP_RECORD_COUNT = 141;
 inline constexpr BACSTAC_PROPERTY_ID PROP_TOTAL_RECORD_COUNT = 145;
+inline constexpr BACSTAC_PROPERTY_ID PROP_PROPERTY_LIST = 371;
 
 // Data types. Numbers up to 12 are the standard's application tags; a decoded character string is 13, 7 being a raw
 // one.

@@ -172,6 +172,9 @@ private:
                               unsigned count, BACSTAC_ERROR* error);
     BACSTAC_STATUS ReadTogether(const Peer& peer, BACSTAC_OBJECT_ID const* objects, BACSTAC_READ_RESULT_ITEM* items,
                                 unsigned count, BACSTAC_ERROR* error);
+    // What the object says it has; empty where it does not say.
+    BACSTAC_STATUS ListedProperties(const Peer& peer, BACSTAC_OBJECT_ID const& object,
+                                    std::vector<BACSTAC_PROPERTY_ID>& properties, BACSTAC_ERROR* error);
     BACSTAC_STATUS ReadListInParts(const Peer& peer, BACSTAC_OBJECT_ID const& object, BACSTAC_READ_RESULT_ITEM* items,
                                    unsigned* count, BACSTAC_ERROR* error);
     BACSTAC_STATUS CountObjects(const Peer& peer, const BACSTAC_OBJECT_ID& device, unsigned& count,

@@ -181,7 +181,11 @@ BACSTAC_STATUS BacnetClient::ReadPropertyList(BACSTAC_ADDRESS const& address, BA
     status = Exchange(peer, ConfirmedService::readPropertyMultiple, writer.Written(), answer, &detail);
     if (IsTooMuch(status, detail)) {
         *count = capacity;
-        return ReadListInParts(peer, object, items, count, error);
+        const BACSTAC_STATUS inParts = ReadListInParts(peer, object, items, count, error);
+        if (inParts != BACSTAC_OK ||
+            std::any_of(items, items + *count, [](const auto& item) { return item.Success != 0; }))
+            return inParts;
+        *count = 0; // it was not the size: the device refuses whatever it is asked
     }
     if (status != BACSTAC_OK) {
         if (error != nullptr)
@@ -206,22 +210,55 @@ BACSTAC_STATUS BacnetClient::ReadPropertyList(BACSTAC_ADDRESS const& address, BA
     return BACSTAC_OK;
 }
 
-// The properties of the standard, in as many reads as it takes, for a device that cannot send them all at once.
+BACSTAC_STATUS BacnetClient::ListedProperties(const Peer& peer, BACSTAC_OBJECT_ID const& object,
+                                              std::vector<BACSTAC_PROPERTY_ID>& properties, BACSTAC_ERROR* error) {
+    properties.clear();
+    AnswerBuffer answer;
+    std::span<const std::uint8_t> value;
+    BACSTAC_ERROR detail{};
+    const BACSTAC_STATUS status =
+        ReadEncoded(peer, {object, PROP_PROPERTY_LIST, BACSTAC_NO_INDEX}, answer, value, &detail);
+    if (status < BACSTAC_STATUS_ERROR && status != BACSTAC_OK && status != BACSTAC_STATUS_INVALID_ANSWER) {
+        if (error != nullptr)
+            *error = detail;
+        return status;
+    }
+    if (status != BACSTAC_OK)
+        return BACSTAC_OK; // an older device, or too long a list
+    // The list leaves these out (clause 12.1.1.4.1).
+    properties = {PROP_OBJECT_IDENTIFIER, PROP_OBJECT_NAME, PROP_OBJECT_TYPE};
+    Reader reader(value);
+    for (std::uint32_t property = 0; !reader.AtEnd() && reader.Enumerated(property);)
+        properties.push_back(property);
+    if (!reader.Ok())
+        properties.clear();
+    return BACSTAC_OK;
+}
+
+// All properties in as many reads as it takes, for a device that cannot send them at once: those that the object lists,
+// or those of the standard where it has no list.
 BACSTAC_STATUS BacnetClient::ReadListInParts(const Peer& peer, BACSTAC_OBJECT_ID const& object,
                                              BACSTAC_READ_RESULT_ITEM* items, unsigned* count, BACSTAC_ERROR* error) {
+    std::vector<BACSTAC_PROPERTY_ID> properties;
+    BACSTAC_STATUS status = ListedProperties(peer, object, properties, error);
+    if (properties.empty())
+        for (const PropertyInfo& info : ObjectProperties(object.Type))
+            properties.push_back(info.Property);
     unsigned wanted = 0;
-    for (const PropertyInfo& info : ObjectProperties(object.Type)) {
+    for (const BACSTAC_PROPERTY_ID property : properties) {
         if (wanted == *count)
             break;
-        if (info.Property == PROP_LOG_BUFFER) // no device reads that as a property
+        if (property == PROP_LOG_BUFFER) // no device reads that as a property
             continue;
-        items[wanted].Property = info.Property;
+        items[wanted].Property = property;
         items[wanted].ArrayIndex = BACSTAC_NO_INDEX;
         ++wanted;
     }
     *count = 0;
+    if (status != BACSTAC_OK)
+        return status;
     const std::vector<BACSTAC_OBJECT_ID> objects(wanted, object);
-    const BACSTAC_STATUS status = ReadMany(peer, objects.data(), items, wanted, error);
+    status = ReadMany(peer, objects.data(), items, wanted, error);
     if (status != BACSTAC_OK)
         return status;
     // Properties that the device does not have are not part of its list.

@@ -334,12 +334,29 @@ TEST_F(PropertyListTest, GivesNoMoreThanThereIsRoomFor) {
 }
 
 TEST_F(PropertyListTest, ReadsInPartsWhatIsTooMuchAtOnce) {
-    m_device.LongestAnswer = 40;
+    m_device.LongestAnswer = 30;
     EXPECT_EQ(Read(100), BACSTAC_OK);
     const std::string properties = Properties();
     for (const char* each : {"77+ ", "85+ ", "111+ "})
         EXPECT_NE(properties.find(each), std::string::npos) << properties;
     EXPECT_EQ(m_count, 3U) << "properties that the device does not have are left out";
+}
+
+TEST_F(PropertyListTest, ReadsInPartsWhatTheObjectLists) {
+    m_device.Values[{analogInput, 371}] = Hex("91 55 92 02 58"); // present-value and 600, of the maker's own
+    m_device.Values[{analogInput, 600}] = Hex("21 07");
+    m_device.LongestAnswer = 30;
+    EXPECT_EQ(Read(100), BACSTAC_OK);
+    EXPECT_EQ(Properties(), "77+ 85+ 600+ ");
+}
+
+TEST_F(PropertyListTest, NeverTakesSilenceForARefusal) {
+    m_device.LongestAnswer = 30;
+    Serve(1, [this](const Octets& request) {
+        return Service(request) == readProperty ? std::vector<Octets>{} : m_device.Answer(request);
+    });
+    EXPECT_EQ(Read(100), BACSTAC_STATUS_TIMEOUT);
+    EXPECT_EQ(m_count, 0U);
 }
 
 TEST_F(PropertyListTest, LeavesTheFallbackToTheCallerWhenTheServiceIsMissing) {
