@@ -199,6 +199,12 @@ TEST_F(LoopbackTest, ReadsALogWhoseAnswerNeedsManySegments) {
     ASSERT_EQ(m_client->ReadRange(1000, firstTrend, PROP_LOG_BUFFER, -1, &spec, nullptr, &contents, nullptr, nullptr),
               BACSTAC_OK);
     EXPECT_EQ(contents.ElementCount, 5U) << "backwards";
+    spec.Kind = BACSTAC_RANGE_BY_SEQUENCE;
+    unsigned first = 0;
+    ASSERT_EQ(m_client->ReadRange(1000, firstTrend, PROP_LOG_BUFFER, -1, &spec, nullptr, &contents, nullptr, &first),
+              BACSTAC_OK);
+    EXPECT_EQ(contents.ElementCount, 5U);
+    EXPECT_EQ(first, 246U) << "of the oldest record of the answer, not of the reference";
 }
 
 TEST_F(LoopbackTest, ManagesWithDevicesThatCannotDoMuch) {
