@@ -429,6 +429,8 @@ void ReadObject(Table& table, DeviceConfig& device) {
     table.Text("name", object.Name);
     table.Text("description", object.Description);
     table.Boolean("intrinsic_reporting", object.IntrinsicReporting);
+    table.Boolean("commandable", object.Commandable);
+    table.Words("read_only", "properties", PropertyOf, object.ReadOnly);
     if (object.Id.Type == OBJ_TREND_LOG || object.Id.Type == OBJ_TREND_LOG_MULTIPLE)
         ReadLog(table, device, object);
     ReadProperties(table, object);

@@ -20,9 +20,24 @@ struct Word {
 };
 
 constexpr Word<bacnet::ConfirmedService> SERVICES[] = {
+    {"get-alarm-summary", bacnet::ConfirmedService::getAlarmSummary},
+    {"get-enrollment-summary", bacnet::ConfirmedService::getEnrollmentSummary},
+    {"atomic-read-file", bacnet::ConfirmedService::atomicReadFile},
+    {"atomic-write-file", bacnet::ConfirmedService::atomicWriteFile},
+    {"add-list-element", bacnet::ConfirmedService::addListElement},
+    {"remove-list-element", bacnet::ConfirmedService::removeListElement},
+    {"create-object", bacnet::ConfirmedService::createObject},
+    {"delete-object", bacnet::ConfirmedService::deleteObject},
     {"read-property", bacnet::ConfirmedService::readProperty},
+    {"read-property-conditional", bacnet::ConfirmedService::readPropertyConditional},
     {"read-property-multiple", bacnet::ConfirmedService::readPropertyMultiple},
+    {"write-property", bacnet::ConfirmedService::writeProperty},
+    {"write-property-multiple", bacnet::ConfirmedService::writePropertyMultiple},
+    {"device-communication-control", bacnet::ConfirmedService::deviceCommunicationControl},
+    {"reinitialize-device", bacnet::ConfirmedService::reinitializeDevice},
     {"read-range", bacnet::ConfirmedService::readRange},
+    {"get-event-information", bacnet::ConfirmedService::getEventInformation},
+    {"acknowledge-alarm", bacnet::ConfirmedService::acknowledgeAlarm},
 };
 
 constexpr Word<FaultKind> FAULT_KINDS[] = {

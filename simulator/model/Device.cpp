@@ -71,6 +71,27 @@ LogObject* Device::FindLog(BACSTAC_OBJECT_ID id) const {
     return object == nullptr ? nullptr : object->AsLog();
 }
 
+bool Device::IsNameTaken(const Object& except, std::span<const std::uint8_t> name) const {
+    return std::any_of(m_objects.begin(), m_objects.end(), [&](const Entry& entry) {
+        const Value* other = entry.Content->Find(PROP_OBJECT_NAME);
+        return entry.Content.get() != &except && other != nullptr &&
+               std::equal(name.begin(), name.end(), other->Wire().begin(), other->Wire().end());
+    });
+}
+
+PropertyError Device::Write(BACSTAC_OBJECT_ID id, const WriteCommand& command) {
+    Object* object = Find(id);
+    if (object == nullptr)
+        return UNKNOWN_OBJECT;
+    const bool renames = command.Property == PROP_OBJECT_NAME && object->Has(PROP_OBJECT_NAME);
+    if (renames && IsNameTaken(*object, command.Value))
+        return {CLASS_PROPERTY, CODE_DUPLICATE_NAME};
+    const PropertyError error = object->Write(command, Now());
+    if (error.Ok() && renames)
+        NoteChange();
+    return error;
+}
+
 void Device::SetFaults(const std::vector<Fault>& faults) {
     const auto lock = Lock();
     m_faults.Set(faults);

@@ -18,6 +18,8 @@ enum class Counter : std::uint8_t {
     readProperty, // requests
     readPropertyMultiple,
     readRange,
+    writeProperty,
+    writePropertyMultiple,
     otherService,
     whoIs,   // that asked for this device
     answers, // sent, of any kind; a segmented one counts once
@@ -36,8 +38,11 @@ struct Stats {
 
     std::uint64_t operator[](Counter counter) const { return Values[static_cast<std::size_t>(counter)]; }
     std::uint64_t Requests() const {
-        return (*this)[Counter::readProperty] + (*this)[Counter::readPropertyMultiple] + (*this)[Counter::readRange] +
-               (*this)[Counter::otherService];
+        std::uint64_t sum = 0;
+        for (auto i = static_cast<std::size_t>(Counter::readProperty);
+             i <= static_cast<std::size_t>(Counter::otherService); ++i)
+            sum += Values[i];
+        return sum;
     }
     Stats& operator+=(const Stats& other);
 };
@@ -84,6 +89,9 @@ public:
     std::unique_lock<std::mutex> Lock() const { return std::unique_lock(m_mutex); }
     // Null when there is none. The device object is also found as device 4194303, "whichever".
     Object* Find(BACSTAC_OBJECT_ID id) const;
+    // What a client writes; also what concerns more than the object, such as that names are unique.
+    PropertyError Write(BACSTAC_OBJECT_ID id, const WriteCommand& command);
+    LocalTime Now() const { return m_clock(); }
     const FaultList& Faults() const { return m_faults; }
     FaultList& Faults() { return m_faults; }
     void Count(Counter counter) {
@@ -96,6 +104,8 @@ public:
 private:
     static std::uint32_t KeyOf(BACSTAC_OBJECT_ID id) { return id.Type << 22 | (id.Instance & BACSTAC_MAX_INSTANCE); }
     LogObject* FindLog(BACSTAC_OBJECT_ID id) const;
+    // Another object than this one has the name, given as encoded.
+    bool IsNameTaken(const Object& except, std::span<const std::uint8_t> name) const;
     bool Insert(std::unique_ptr<Object> object);
     void NoteChange(); // of the object list: Database_Revision
 

@@ -1,5 +1,7 @@
 #include "simulator/model/LogObject.h"
 
+#include "platform/stack/codec/Reader.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -166,6 +168,33 @@ std::optional<PropertyError> LogObject::Compute(BACSTAC_PROPERTY_ID property, st
         return READ_ACCESS_DENIED;
     }
     return PropertyError{};
+}
+
+// Record_Count takes 0 alone, which purges (clause 12.25.15).
+PropertyError LogObject::Accept(const WriteCommand& command, LocalTime now) {
+    bacnet::Reader in(command.Value);
+    bool on = false;
+    std::uint32_t count = 0;
+    if (command.Index != WHOLE)
+        return NOT_AN_ARRAY;
+    const bool decoded = command.Property == PROP_RECORD_COUNT ? in.Unsigned(count) : in.Boolean(on);
+    if (!decoded || !in.AtEnd())
+        return INVALID_DATA_TYPE;
+    switch (command.Property) {
+    case PROP_ENABLE:
+        SetEnabled(on, now);
+        return {};
+    case PROP_STOP_WHEN_FULL:
+        m_stopWhenFull = on;
+        return {};
+    case PROP_RECORD_COUNT:
+        if (count != 0)
+            return VALUE_OUT_OF_RANGE;
+        Purge(now);
+        return {};
+    default:
+        return WRITE_ACCESS_DENIED;
+    }
 }
 
 std::span<const BACSTAC_PROPERTY_ID> LogObject::Computed() const {

@@ -35,6 +35,7 @@ protected:
     std::optional<PropertyError> Compute(BACSTAC_PROPERTY_ID property, std::uint32_t index,
                                          bacnet::Writer& to) const override;
     std::span<const BACSTAC_PROPERTY_ID> Computed() const override;
+    PropertyError Accept(const WriteCommand& command, LocalTime now) override;
 
 private:
     bool Accepts() const { return m_enabled && !(m_stopWhenFull && m_buffer.IsFull()); }

@@ -3,11 +3,13 @@
 #pragma once
 
 #include "platform/stack/codec/Writer.h"
+#include "simulator/model/SimTime.h"
 #include "simulator/model/Standard.h"
 #include "simulator/model/Value.h"
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace sim {
@@ -29,11 +31,27 @@ inline constexpr PropertyError INVALID_ARRAY_INDEX{CLASS_PROPERTY, CODE_INVALID_
 inline constexpr PropertyError NOT_AN_ARRAY{CLASS_PROPERTY, CODE_PROPERTY_IS_NOT_AN_ARRAY};
 inline constexpr PropertyError NOT_A_LIST{CLASS_SERVICES, CODE_PROPERTY_IS_NOT_A_LIST};
 inline constexpr PropertyError READ_ACCESS_DENIED{CLASS_PROPERTY, CODE_READ_ACCESS_DENIED};
+inline constexpr PropertyError WRITE_ACCESS_DENIED{CLASS_PROPERTY, CODE_WRITE_ACCESS_DENIED};
+inline constexpr PropertyError INVALID_DATA_TYPE{CLASS_PROPERTY, CODE_INVALID_DATA_TYPE};
+inline constexpr PropertyError VALUE_OUT_OF_RANGE{CLASS_PROPERTY, CODE_VALUE_OUT_OF_RANGE};
+inline constexpr PropertyError NO_SPACE_TO_WRITE{CLASS_RESOURCES, CODE_NO_SPACE_TO_WRITE_PROPERTY};
 inline constexpr PropertyError NOT_NUMBERED{CLASS_PROPERTY, CODE_LIST_ITEM_NOT_NUMBERED};
 inline constexpr PropertyError NOT_TIMESTAMPED{CLASS_PROPERTY, CODE_LIST_ITEM_NOT_TIMESTAMPED};
 
 // Array index of a request that has none.
 inline constexpr std::uint32_t WHOLE = 0xFFFFFFFFU;
+
+// Priorities of commands (clause 19.2.2); 6 is kept for the minimum on and off times.
+inline constexpr int PRIORITIES = 16;
+inline constexpr int RESERVED_PRIORITY = 6;
+
+// What a client wants to have written.
+struct WriteCommand {
+    BACSTAC_PROPERTY_ID Property = 0;
+    std::uint32_t Index = WHOLE;
+    std::span<const std::uint8_t> Value; // as encoded
+    int Priority = PRIORITIES;           // 1 to 16
+};
 
 class Object {
 public:
@@ -58,9 +76,29 @@ public:
     // overflow of the writer is the caller's to see.
     PropertyError Read(BACSTAC_PROPERTY_ID property, std::uint32_t index, bacnet::Writer& to) const;
 
+    // Does what a client asks for, as far as the object allows it (clause 15.9). now: of the device.
+    PropertyError Write(const WriteCommand& command, LocalTime now);
+
+    // Adds the elements to a list or takes them out of it (clauses 15.1 and 15.2), all of them or none. failed: number
+    // of the element that is the reason, from 1; 0 when it is none of them.
+    PropertyError AddElements(const WriteCommand& command, std::uint32_t& failed);
+    PropertyError RemoveElements(const WriteCommand& command, std::uint32_t& failed);
+
+    // Takes the right to write a property, or gives it where the standard leaves that to the device.
+    void SetWritable(BACSTAC_PROPERTY_ID property, bool writable);
+    bool IsWritable(BACSTAC_PROPERTY_ID property) const;
+
+    // Has the present value follow the priority array and its default. Nothing without a priority array.
+    void Arbitrate();
+    // Has Status_Flags follow the event state, the reliability and being out of service.
+    void UpdateStatusFlags();
+
     virtual LogObject* AsLog() { return nullptr; }
 
 protected:
+    // Writes a computed property. The default has none that can be written.
+    virtual PropertyError Accept(const WriteCommand& command, LocalTime now);
+
     // Nothing when the property is not a computed one. The default has none.
     virtual std::optional<PropertyError> Compute(BACSTAC_PROPERTY_ID property, std::uint32_t index,
                                                  bacnet::Writer& to) const;
@@ -89,9 +127,17 @@ private:
     };
 
     PropertyError ReadPropertyList(std::uint32_t index, bacnet::Writer& to) const;
+    PropertyError Command(const WriteCommand& command);
+    PropertyError Replace(const WriteCommand& command);
+    PropertyError ReplaceElement(const WriteCommand& command, const Value& present, BACSTAC_DATA_TYPE type);
+    PropertyError FindList(const WriteCommand& command, const Value*& list, BACSTAC_DATA_TYPE& type) const;
+    BACSTAC_DATA_TYPE TypeOf(BACSTAC_PROPERTY_ID property) const;
+    bool IsInRange(BACSTAC_PROPERTY_ID property, std::span<const std::uint8_t> element) const;
+    bool IsOutOfService() const;
 
     BACSTAC_OBJECT_ID m_id;
     bool m_showsPropertyList = false;
+    std::vector<std::pair<BACSTAC_PROPERTY_ID, bool>> m_writable; // those that differ from what is usual
     std::vector<Property> m_properties;
 };
 

@@ -1,6 +1,7 @@
 #include "simulator/model/StandardObjects.h"
 
 #include "simulator/model/LogObject.h"
+#include "simulator/model/ServicesSupported.h"
 
 #include <algorithm>
 
@@ -11,7 +12,6 @@ namespace {
 constexpr std::uint32_t UNITS_DEGREES_CELSIUS = 62;
 constexpr std::uint32_t UNITS_PERCENT = 98;
 constexpr std::uint32_t LOGGING_POLLED = 0;
-constexpr unsigned SERVICES = 40; // bits of Protocol_Services_Supported as of revision 14
 constexpr unsigned OBJECT_TYPES = 55;
 
 struct TypeName {
@@ -45,6 +45,9 @@ bool IsMultiState(BACSTAC_OBJECT_TYPE type) {
 bool IsOutput(BACSTAC_OBJECT_TYPE type) {
     return type == OBJ_ANALOG_OUTPUT || type == OBJ_BINARY_OUTPUT || type == OBJ_MULTI_STATE_OUTPUT;
 }
+bool IsValue(BACSTAC_OBJECT_TYPE type) {
+    return type == OBJ_ANALOG_VALUE || type == OBJ_BINARY_VALUE || type == OBJ_MULTI_STATE_VALUE;
+}
 
 Value NoFlags() {
     return Value::BitString(4, {});
@@ -58,10 +61,31 @@ void AddState(Object& object) {
     object.Set(PROP_OUT_OF_SERVICE, Value::Boolean(false));
 }
 
-void AddPriorities(Object& object, const Value& relinquishDefault) {
-    const std::vector<Value> priorities(16, Value::Null());
+// Nothing is commanded at first: the present value is the default.
+void AddPriorities(Object& object) {
+    const Value* present = object.Find(PROP_PRESENT_VALUE);
+    if (present == nullptr)
+        return;
+    const Value relinquishDefault = *present;
+    const std::vector<Value> priorities(PRIORITIES, Value::Null());
     object.Set(PROP_PRIORITY_ARRAY, Value::Array(priorities));
     object.Set(PROP_RELINQUISH_DEFAULT, relinquishDefault);
+}
+
+// Properties given in a configuration, and what they mean for the others.
+void AddGiven(const ObjectConfig& config, Object& object) {
+    bool givesValue = false;
+    bool givesDefault = false;
+    for (const auto& [property, value] : config.Properties) {
+        object.Set(property, value);
+        givesValue = givesValue || property == PROP_PRESENT_VALUE;
+        givesDefault = givesDefault || property == PROP_RELINQUISH_DEFAULT;
+    }
+    if (object.Find(PROP_PRIORITY_ARRAY) != nullptr && givesValue && !givesDefault)
+        object.Set(PROP_RELINQUISH_DEFAULT, Value(*object.Find(PROP_PRESENT_VALUE)));
+    object.Arbitrate();
+    for (const BACSTAC_PROPERTY_ID property : config.ReadOnly)
+        object.SetWritable(property, false);
 }
 
 void AddAnalog(Object& object) {
@@ -69,8 +93,6 @@ void AddAnalog(Object& object) {
     object.Set(PROP_PRESENT_VALUE, Value::Real(20.0F + static_cast<float>(id.Instance % 100) * 0.25F));
     AddState(object);
     object.Set(PROP_UNITS, Value::Enumerated(IsOutput(id.Type) ? UNITS_PERCENT : UNITS_DEGREES_CELSIUS));
-    if (IsOutput(id.Type))
-        AddPriorities(object, Value::Real(0.0F));
 }
 
 void AddIntrinsicReporting(Object& object) {
@@ -101,8 +123,6 @@ void AddBinary(Object& object) {
         object.Set(PROP_POLARITY, Value::Enumerated(0));
     object.Set(PROP_INACTIVE_TEXT, Value::String("off"));
     object.Set(PROP_ACTIVE_TEXT, Value::String("on"));
-    if (IsOutput(id.Type))
-        AddPriorities(object, Value::Enumerated(0));
 }
 
 void AddMultiState(Object& object) {
@@ -112,8 +132,6 @@ void AddMultiState(Object& object) {
     object.Set(PROP_NUMBER_OF_STATES, Value::Unsigned(4));
     const Value texts[] = {Value::String("off"), Value::String("low"), Value::String("high"), Value::String("auto")};
     object.Set(PROP_STATE_TEXT, Value::Array(texts));
-    if (IsOutput(id.Type))
-        AddPriorities(object, Value::Unsigned(1));
 }
 
 std::unique_ptr<Object> MakeLog(const ObjectConfig& config) {
@@ -141,27 +159,6 @@ void AddLogProperties(const LogConfig& log, Object& object) {
     object.Set(PROP_LOGGING_TYPE, Value::Enumerated(LOGGING_POLLED));
     object.Set(PROP_EVENT_STATE, Value::Enumerated(0));
     object.Set(PROP_STATUS_FLAGS, NoFlags());
-}
-
-Value ServicesSupported(const DeviceConfig& config) {
-    // The bits are numbered otherwise than the services (BACnetServicesSupported, clause 21).
-    BACSTAC_BIT_STRING bits{};
-    bits.BitCount = SERVICES;
-    const auto set = [&](unsigned bit) {
-        bits.Bits[bit / 8] = static_cast<std::uint8_t>(bits.Bits[bit / 8] | 1U << bit % 8);
-    };
-    const auto offers = [&](bacnet::ConfirmedService service) {
-        return std::find(config.LacksServices.begin(), config.LacksServices.end(), service) ==
-               config.LacksServices.end();
-    };
-    if (offers(bacnet::ConfirmedService::readProperty))
-        set(12);
-    if (offers(bacnet::ConfirmedService::readPropertyMultiple))
-        set(14);
-    set(34); // who-Is
-    if (offers(bacnet::ConfirmedService::readRange))
-        set(35);
-    return Value::BitString(bits);
 }
 
 } // namespace
@@ -193,8 +190,9 @@ std::unique_ptr<Object> MakeObject(const ObjectConfig& config) {
     } else if (isLog) {
         AddLogProperties(config.Log.value_or(LogConfig{}), *object);
     }
-    for (const auto& [property, value] : config.Properties)
-        object->Set(property, value);
+    if (IsOutput(type) || (config.Commandable && IsValue(type)))
+        AddPriorities(*object);
+    AddGiven(config, *object);
     return object;
 }
 

@@ -137,6 +137,34 @@ Value Value::List(std::span<const Value> elements) {
     return Collect(Shape::list, elements);
 }
 
+Value Value::Of(Shape shape, std::span<const std::span<const std::uint8_t>> elements) {
+    if (shape == Shape::single)
+        return elements.empty() ? Value() : Encoded(elements.front());
+    Value value;
+    value.m_shape = shape;
+    value.m_ends.reserve(elements.size());
+    for (const std::span<const std::uint8_t> element : elements) {
+        value.m_wire += ToWire(element);
+        value.m_ends.push_back(static_cast<std::uint32_t>(value.m_wire.size()));
+    }
+    return value;
+}
+
+Value Value::Resized(std::uint32_t count, const Value& fill) const {
+    std::vector<std::span<const std::uint8_t>> elements;
+    const std::span<const std::uint8_t> added = Count() == 0 ? fill.Wire() : Element(Count() - 1);
+    for (std::uint32_t i = 0; i < count; ++i)
+        elements.push_back(i < Count() ? Element(i) : added);
+    return Of(m_shape, elements);
+}
+
+Value Value::WithElement(std::uint32_t index, std::span<const std::uint8_t> wire) const {
+    std::vector<std::span<const std::uint8_t>> elements;
+    for (std::uint32_t i = 0; i < Count(); ++i)
+        elements.push_back(i == index ? wire : Element(i));
+    return Of(m_shape, elements);
+}
+
 std::span<const std::uint8_t> Value::Element(std::uint32_t index) const {
     if (m_shape == Shape::single)
         return Wire();

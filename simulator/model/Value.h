@@ -42,10 +42,16 @@ public:
     static Value Array(std::span<const Value> elements);
     static Value List(std::span<const Value> elements);
 
+    // An array or a list of these elements; a single value of the first.
+    static Value Of(Shape shape, std::span<const std::span<const std::uint8_t>> elements);
+
     Shape GetShape() const { return m_shape; }
     std::uint32_t Count() const { return m_shape == Shape::single ? 1 : static_cast<std::uint32_t>(m_ends.size()); }
     std::span<const std::uint8_t> Wire() const { return Octets(0, m_wire.size()); }
     std::span<const std::uint8_t> Element(std::uint32_t index) const; // from 0, below Count
+    // An array or list with that many elements. New ones equal the last, or fill where there is none.
+    Value Resized(std::uint32_t count, const Value& fill) const;
+    Value WithElement(std::uint32_t index, std::span<const std::uint8_t> wire) const; // index from 0, below Count
 
     friend bool operator==(const Value&, const Value&) = default;
 

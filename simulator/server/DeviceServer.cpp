@@ -1,7 +1,6 @@
 #include "simulator/server/DeviceServer.h"
 
 #include "platform/stack/codec/Reader.h"
-#include "platform/stack/services/ErrorAnswer.h"
 
 #include <algorithm>
 
@@ -30,16 +29,20 @@ Counter CounterOf(std::uint8_t service) {
         return Counter::readPropertyMultiple;
     case ConfirmedService::readRange:
         return Counter::readRange;
+    case ConfirmedService::writeProperty:
+        return Counter::writeProperty;
+    case ConfirmedService::writePropertyMultiple:
+        return Counter::writePropertyMultiple;
     default:
         return Counter::otherService;
     }
 }
 
-// The object that a request names first; all services served here begin with it.
+// The object that a request names first, as most services do; else one that does not exist.
 BACSTAC_OBJECT_ID ObjectOf(std::span<const std::uint8_t> parameters) {
     bacnet::Reader reader(parameters);
     BACSTAC_OBJECT_ID id{0xFFFFFFFFU, 0};
-    reader.ObjectId(id, 0);
+    reader.ObjectId(id, reader.IsContext(0) ? 0 : bacnet::APPLICATION);
     return id;
 }
 
@@ -259,11 +262,13 @@ void DeviceServer::Answer(ServerContext& context, const Requester& from, const A
         else
             SendPdu(context, from, Header(PduType::complex_ack, request), outcome.Parameters, effects);
         break;
+    case Outcome::Kind::done:
+        SendPdu(context, from, Header(PduType::simple_ack, request), {}, effects);
+        break;
     case Outcome::Kind::error: {
-        std::uint8_t parameters[32];
+        std::uint8_t parameters[64];
         bacnet::Writer writer(parameters);
-        bacnet::EncodeErrorAnswer(static_cast<ConfirmedService>(request.Service), {outcome.Class, outcome.Code, 0},
-                                  writer);
+        EncodeError(static_cast<ConfirmedService>(request.Service), outcome, writer);
         m_device.Count(Counter::errors);
         SendPdu(context, from, Header(PduType::error, request), writer.Written(), effects);
         break;

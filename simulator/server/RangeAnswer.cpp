@@ -1,7 +1,6 @@
-#include "simulator/server/RangeAnswer.h"
-
 #include "platform/stack/services/ReadRange.h"
 #include "simulator/model/LogRange.h"
+#include "simulator/server/Handlers.h"
 
 #include <algorithm>
 
@@ -142,12 +141,11 @@ Outcome FromList(const Value& list, const ReadRangeRequest& request, const Answe
 
 } // namespace
 
-Outcome AnswerReadRange(const Device& device, std::span<const std::uint8_t> parameters, const AnswerRoom& room,
-                        Scratch& scratch) {
+Outcome ReadRange(const ServiceCall& call) {
     ReadRangeRequest request;
-    if (!bacnet::DecodeReadRange(parameters, request))
-        return Malformed(parameters);
-    Object* object = device.Find(request.Target.Object);
+    if (!bacnet::DecodeReadRange(call.Parameters, request))
+        return Malformed(call.Parameters);
+    Object* object = call.Dut.Find(request.Target.Object);
     if (object == nullptr)
         return Outcome::Error(UNKNOWN_OBJECT);
     request.Target.Object = object->Id();
@@ -158,10 +156,10 @@ Outcome AnswerReadRange(const Device& device, std::span<const std::uint8_t> para
     if (request.Target.ArrayIndex != BACSTAC_NO_INDEX && !isArray)
         return Outcome::Error(NOT_AN_ARRAY);
     if (const LogObject* log = object->AsLog(); log != nullptr && request.Target.Property == PROP_LOG_BUFFER)
-        return FromLog(device, *log, request, room, scratch);
+        return FromLog(call.Dut, *log, request, call.Room, call.Memory);
     if (value == nullptr || value->GetShape() != Shape::list)
         return Outcome::Error(NOT_A_LIST);
-    return FromList(*value, request, room, scratch);
+    return FromList(*value, request, call.Room, call.Memory);
 }
 
 } // namespace sim

@@ -1,6 +1,5 @@
-// Answers the confirmed services of a simulated device from its objects: ReadProperty (clause 15.5),
-// ReadPropertyMultiple (15.7) and ReadRange (15.8). The caller holds the device's lock. No allocation for a
-// ReadProperty of a stored value.
+// Answers the confirmed services of a simulated device from its objects. The caller holds the device's lock. No
+// allocation for a ReadProperty of a stored value.
 #pragma once
 
 #include "platform/stack/codec/Writer.h"
@@ -15,16 +14,29 @@ namespace sim {
 
 // What a request comes to.
 struct Outcome {
-    enum class Kind : std::uint8_t { ack, error, reject, abort };
+    enum class Kind : std::uint8_t {
+        ack,
+        done,
+        error,
+        reject,
+        abort
+    }; // done: an acknowledgement of nothing but success
     Kind What = Kind::ack;
     std::uint32_t Class = 0;                  // of an error
     std::uint32_t Code = 0;                   // of an error; reason of a reject or an abort
     std::span<const std::uint8_t> Parameters; // of an acknowledgement: in the scratch memory, until its next use
+    std::uint32_t FailedElement = 0;          // of an error: its number from 1, where the service tells it
+    bacnet::PropertyTarget Failed;            // of an error of WritePropertyMultiple
 
-    static Outcome Ack(std::span<const std::uint8_t> parameters) { return {Kind::ack, 0, 0, parameters}; }
-    static Outcome Error(PropertyError error) { return {Kind::error, error.Class, error.Code, {}}; }
-    static Outcome Reject(std::uint32_t reason) { return {Kind::reject, 0, reason, {}}; }
-    static Outcome Abort(std::uint32_t reason) { return {Kind::abort, 0, reason, {}}; }
+    static Outcome Ack(std::span<const std::uint8_t> parameters) { return {Kind::ack, 0, 0, parameters, 0, {}}; }
+    static Outcome Done() { return {Kind::done, 0, 0, {}, 0, {}}; }
+    static Outcome Error(PropertyError error, std::uint32_t failedElement = 0) {
+        return {Kind::error, error.Class, error.Code, {}, failedElement, {}};
+    }
+    static Outcome Reject(std::uint32_t reason) { return {Kind::reject, 0, reason, {}, 0, {}}; }
+    static Outcome Abort(std::uint32_t reason) { return {Kind::abort, 0, reason, {}, 0, {}}; }
+    // Success, or the error.
+    static Outcome Of(PropertyError error) { return error.Ok() ? Done() : Error(error); }
 };
 
 // How long the answer to one request may be.
@@ -44,17 +56,10 @@ struct Scratch {
     LogRecord Record;
 };
 
-Outcome Serve(const Device& device, bacnet::ConfirmedService service, std::span<const std::uint8_t> parameters,
+Outcome Serve(Device& device, bacnet::ConfirmedService service, std::span<const std::uint8_t> parameters,
               const AnswerRoom& room, Scratch& scratch);
 
-// ---- parts that the services share
-
-std::uint32_t IndexOf(const bacnet::PropertyTarget& target); // or WHOLE
-// A request without any parameters is told apart from one that is not encoded right.
-Outcome Malformed(std::span<const std::uint8_t> parameters);
-Outcome TooLong(const AnswerRoom& room);
-bacnet::Writer AnswerWriter(const AnswerRoom& room, Scratch& scratch);
-// The acknowledgement that was written, or that it is too long.
-Outcome Written(const bacnet::Writer& writer, const AnswerRoom& room);
+// The service parameters of the Error that an outcome is (the Error productions of clause 21).
+void EncodeError(bacnet::ConfirmedService service, const Outcome& outcome, bacnet::Writer& to);
 
 } // namespace sim

