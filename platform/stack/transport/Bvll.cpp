@@ -10,14 +10,16 @@ namespace {
 constexpr std::uint8_t BACNET_IP = 0x81;
 constexpr std::size_t ORIGIN = BIP_ADDRESS_LENGTH; // in front of a forwarded NPDU
 
-void WriteHeader(std::uint8_t* at, BvlcFunction function, std::size_t length) {
+} // namespace
+
+void WriteBvllHeader(std::uint8_t* at, BvlcFunction function, std::size_t length) {
     at[0] = BACNET_IP;
     at[1] = static_cast<std::uint8_t>(function);
     at[2] = static_cast<std::uint8_t>(length >> 8);
     at[3] = static_cast<std::uint8_t>(length);
 }
 
-void WriteAddress(std::uint8_t* at, const BipAddress& address) {
+void WriteBipAddress(std::uint8_t* at, const BipAddress& address) {
     at[0] = static_cast<std::uint8_t>(address.Ip >> 24);
     at[1] = static_cast<std::uint8_t>(address.Ip >> 16);
     at[2] = static_cast<std::uint8_t>(address.Ip >> 8);
@@ -26,7 +28,7 @@ void WriteAddress(std::uint8_t* at, const BipAddress& address) {
     at[5] = static_cast<std::uint8_t>(address.Port);
 }
 
-BipAddress ReadAddress(const std::uint8_t* at) {
+BipAddress ReadBipAddress(const std::uint8_t* at) {
     BipAddress address;
     address.Ip = static_cast<std::uint32_t>(at[0]) << 24 | static_cast<std::uint32_t>(at[1]) << 16 |
                  static_cast<std::uint32_t>(at[2]) << 8 | at[3];
@@ -34,18 +36,16 @@ BipAddress ReadAddress(const std::uint8_t* at) {
     return address;
 }
 
-} // namespace
-
 MacAddress ToMac(const BipAddress& address) {
     std::array<std::uint8_t, BIP_ADDRESS_LENGTH> octets{};
-    WriteAddress(octets.data(), address);
+    WriteBipAddress(octets.data(), address);
     return MacAddress(octets);
 }
 
 bool FromMac(const MacAddress& mac, BipAddress& address) {
     if (mac.Length() != BIP_ADDRESS_LENGTH)
         return false;
-    address = ReadAddress(mac.Data());
+    address = ReadBipAddress(mac.Data());
     return true;
 }
 
@@ -78,6 +78,21 @@ bool ParseIpV4(const std::string& text, std::uint32_t& ip) {
     return true;
 }
 
+bool ParseBipAddress(const std::string& text, BipAddress& address) {
+    const std::size_t colon = text.find(':');
+    BipAddress parsed{0, BACNET_IP_PORT};
+    if (colon != std::string::npos) {
+        const char* const end = text.data() + text.size();
+        const auto [next, error] = std::from_chars(text.data() + colon + 1, end, parsed.Port);
+        if (error != std::errc() || next != end || parsed.Port == 0)
+            return false;
+    }
+    if (!ParseIpV4(text.substr(0, colon), parsed.Ip))
+        return false;
+    address = parsed;
+    return true;
+}
+
 BvllError DecodeBvll(std::span<const std::uint8_t> datagram, BvllMessage& message) {
     if (datagram.size() < BVLL_HEADER)
         return BvllError::too_short;
@@ -98,7 +113,7 @@ BvllError DecodeBvll(std::span<const std::uint8_t> datagram, BvllMessage& messag
     case BvlcFunction::forwarded_npdu:
         if (rest.size() < ORIGIN)
             return BvllError::too_short;
-        message = {function, rest.subspan(ORIGIN), ReadAddress(rest.data()), 0};
+        message = {function, rest.subspan(ORIGIN), ReadBipAddress(rest.data()), 0};
         return BvllError::none;
     case BvlcFunction::write_bdt:
     case BvlcFunction::read_bdt:
@@ -138,7 +153,7 @@ bool PrependBvll(Frame& frame, BvlcFunction function) {
     std::uint8_t* at = frame.Prepend(BVLL_HEADER);
     if (at == nullptr)
         return false;
-    WriteHeader(at, function, frame.Size());
+    WriteBvllHeader(at, function, frame.Size());
     return true;
 }
 
@@ -146,13 +161,13 @@ bool PrependForwarded(Frame& frame, const BipAddress& origin) {
     std::uint8_t* at = frame.Prepend(BVLL_HEADER + ORIGIN);
     if (at == nullptr)
         return false;
-    WriteHeader(at, BvlcFunction::forwarded_npdu, frame.Size());
-    WriteAddress(at + BVLL_HEADER, origin);
+    WriteBvllHeader(at, BvlcFunction::forwarded_npdu, frame.Size());
+    WriteBipAddress(at + BVLL_HEADER, origin);
     return true;
 }
 
 void EncodeResult(BvlcResult result, std::span<std::uint8_t, 6> octets) {
-    WriteHeader(octets.data(), BvlcFunction::result, octets.size());
+    WriteBvllHeader(octets.data(), BvlcFunction::result, octets.size());
     octets[4] = static_cast<std::uint8_t>(static_cast<std::uint16_t>(result) >> 8);
     octets[5] = static_cast<std::uint8_t>(result);
 }

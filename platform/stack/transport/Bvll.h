@@ -30,6 +30,12 @@ bool FromMac(const MacAddress& mac, BipAddress& address);
 std::string ToString(const BipAddress& address);
 // "a.b.c.d" as a number; false when it is not one.
 bool ParseIpV4(const std::string& text, std::uint32_t& ip);
+// "a.b.c.d" or "a.b.c.d:port", port 1..65535; without one it is BACNET_IP_PORT.
+bool ParseBipAddress(const std::string& text, BipAddress& address);
+
+// The 6 octets of an address in a message.
+void WriteBipAddress(std::uint8_t* at, const BipAddress& address);
+BipAddress ReadBipAddress(const std::uint8_t* at);
 
 enum class BvlcFunction : std::uint8_t {
     result = 0x00,
@@ -81,6 +87,8 @@ inline constexpr std::size_t BVLL_HEADER = 4;
 BvllError DecodeBvll(std::span<const std::uint8_t> datagram, BvllMessage& message);
 const char* ToString(BvllError error);
 
+// The 4 octets of the header; length is that of the whole frame.
+void WriteBvllHeader(std::uint8_t* at, BvlcFunction function, std::size_t length);
 // Puts the header in front of the frame's NPDU. False when the frame has no room.
 bool PrependBvll(Frame& frame, BvlcFunction function);
 bool PrependForwarded(Frame& frame, const BipAddress& origin);
