@@ -1,5 +1,6 @@
 #include "platform/stack/transaction/PortPump.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace bacnet {
@@ -71,6 +72,7 @@ std::size_t PortPump::Lead(std::size_t limit) {
 }
 
 void PortPump::ReceiveAll() {
+    m_link.Attend();
     while (m_link.ReceiveBroadcasts(m_broadcasts) != 0)
         Dispatch(m_broadcasts);
     Receive(NpduBatch::CAPACITY, IDataLink::Wait::tick);
@@ -110,7 +112,9 @@ void PortPump::Run() {
         // vain.
         const bool idle = m_role.Idle(m_takeOver.exchange(false));
         const unsigned sources = IDataLink::BROADCASTS | (idle ? IDataLink::DIRECTED : 0U);
-        const unsigned ready = m_link.WaitReadable(sources, idle ? -1 : PARK_MS);
+        const int due = m_link.Attend();
+        const int wait = idle ? due : due < 0 ? PARK_MS : std::min(due, PARK_MS);
+        const unsigned ready = m_link.WaitReadable(sources, wait);
         if ((ready & IDataLink::BROADCASTS) != 0) {
             m_link.ReceiveBroadcasts(m_broadcasts);
             Dispatch(m_broadcasts);

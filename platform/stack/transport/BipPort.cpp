@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <utility>
 
 namespace bacnet {
 
@@ -14,6 +16,11 @@ constexpr bool SECOND_SOCKET = true;
 constexpr bool SECOND_SOCKET = false;
 #endif
 
+std::int64_t SystemMilliseconds() {
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
 } // namespace
 
 BipPort::BipPort() = default;
@@ -22,6 +29,8 @@ BipPort::~BipPort() = default;
 std::string BipPort::Open(const BipSettings& settings) {
     if (!m_waiter.Valid())
         return "no descriptor left to wait with";
+    if (settings.Bbmd && settings.Ip == 0)
+        return "a broadcast management device needs one address to be bound to";
     UdpSocket::Options options;
     options.ReceiveBuffer = settings.ReceiveBuffer;
     options.ReceiveTimeoutMs = TICK;
@@ -30,37 +39,54 @@ std::string BipPort::Open(const BipSettings& settings) {
         return reason;
     m_recorder = settings.Recorder;
     m_local = m_directed.LocalAddress();
+    reason = OpenBroadcasts(settings, options);
+    if (!reason.empty()) {
+        m_directed.Close();
+        return reason;
+    }
+    BroadcastManagement::Environment environment;
+    environment.Local = m_local;
+    environment.Broadcast = m_broadcast;
+    environment.Send = [this](const BipAddress& to, std::span<const std::uint8_t> datagram) {
+        return SendDatagram(to, datagram);
+    };
+    environment.Now = settings.Now ? settings.Now : SystemMilliseconds;
+    environment.Report = settings.Report;
+    m_management = std::make_unique<BroadcastManagement>(std::move(environment), settings.Foreign, settings.Bbmd);
+    m_management->Attend(); // a registration goes out before anything that needs it
+    return {};
+}
+
+std::string BipPort::OpenBroadcasts(const BipSettings& settings, UdpSocket::Options options) {
     const std::uint32_t broadcast = settings.BroadcastIp != 0 ? settings.BroadcastIp
                                     : settings.Ip != 0        ? BroadcastAddressOf(settings.Ip)
                                                               : 0xFFFFFFFFU;
     m_broadcast = {broadcast, m_local.Port};
-
     if (settings.Ip == 0) {
         for (const InterfaceAddress& item : ListInterfaces())
             m_ownIps.push_back(item.Ip);
-    } else if (SECOND_SOCKET && broadcast != settings.Ip) {
-        options.Shared = true;
-        options.ReceiveTimeoutMs = 0;
-        reason = m_broadcasts.Open(m_broadcast, options);
-        if (!reason.empty())
-            m_directed.Close();
+        return {};
     }
-    return reason;
+    if (!SECOND_SOCKET || broadcast == settings.Ip)
+        return {};
+    options.Shared = true;
+    options.ReceiveTimeoutMs = 0;
+    return m_broadcasts.Open(m_broadcast, options);
+}
+
+bool BipPort::SendDatagram(const BipAddress& to, std::span<const std::uint8_t> datagram) const {
+    RecordSent(to, datagram);
+    return m_directed.Send(to, datagram);
 }
 
 bool BipPort::Send(const MacAddress& destination, Frame& npdu) {
     BipAddress to;
-    if (npdu.Size() > MaxNpdu() || !FromMac(destination, to) || !PrependBvll(npdu, BvlcFunction::original_unicast))
-        return false;
-    RecordSent(to, npdu.Octets());
-    return m_directed.Send(to, npdu.Octets());
+    return npdu.Size() <= MaxNpdu() && FromMac(destination, to) && PrependBvll(npdu, BvlcFunction::original_unicast) &&
+           SendDatagram(to, npdu.Octets());
 }
 
 bool BipPort::Broadcast(Frame& npdu) {
-    if (npdu.Size() > MaxNpdu() || !PrependBvll(npdu, BvlcFunction::original_broadcast))
-        return false;
-    RecordSent(m_broadcast, npdu.Octets());
-    return m_directed.Send(m_broadcast, npdu.Octets());
+    return npdu.Size() <= MaxNpdu() && m_management->Broadcast(npdu);
 }
 
 std::size_t BipPort::SendMany(std::span<OutgoingNpdu> frames) {
@@ -71,6 +97,10 @@ std::size_t BipPort::SendMany(std::span<OutgoingNpdu> frames) {
         std::size_t ready = 0;
         for (OutgoingNpdu& frame : frames.first(count)) {
             const bool broadcast = frame.Destination.Empty();
+            if (broadcast && m_management->Extends()) {
+                sent += Broadcast(*frame.Npdu) ? 1 : 0;
+                continue;
+            }
             BipAddress to = m_broadcast;
             if (frame.Npdu->Size() > MaxNpdu() || (!broadcast && !FromMac(frame.Destination, to)) ||
                 !PrependBvll(*frame.Npdu,
@@ -87,7 +117,7 @@ std::size_t BipPort::SendMany(std::span<OutgoingNpdu> frames) {
 
 std::size_t BipPort::ReceiveDirected(NpduBatch& batch, std::size_t limit, Wait wait) {
     const std::size_t count = m_directed.Receive(m_directedBatch, limit, wait == Wait::tick);
-    Take(m_directedBatch, m_local, batch);
+    Take(m_directedBatch, m_broadcasts.IsOpen() ? Channel::directed : Channel::unknown, batch);
     return count;
 }
 
@@ -96,7 +126,7 @@ std::size_t BipPort::ReceiveBroadcasts(NpduBatch& batch) {
     if (!m_broadcasts.IsOpen())
         return 0;
     const std::size_t count = m_broadcasts.Receive(m_broadcastBatch, DatagramBatch::CAPACITY, false);
-    Take(m_broadcastBatch, m_broadcast, batch);
+    Take(m_broadcastBatch, Channel::broadcast, batch);
     return count;
 }
 
@@ -115,7 +145,8 @@ std::size_t BipPort::IdentityLength(const MacAddress& station) const {
     return station.Length() == BIP_ADDRESS_LENGTH ? 4 : 0;
 }
 
-void BipPort::Take(const DatagramBatch& datagrams, const BipAddress& to, NpduBatch& batch) {
+void BipPort::Take(const DatagramBatch& datagrams, Channel channel, NpduBatch& batch) {
+    const BipAddress& to = channel == Channel::broadcast ? m_broadcast : m_local;
     batch.Count = 0;
     for (std::size_t i = 0; i < datagrams.Count(); ++i) {
         // Our own broadcasts were recorded when they were sent.
@@ -124,11 +155,12 @@ void BipPort::Take(const DatagramBatch& datagrams, const BipAddress& to, NpduBat
         if (datagrams.Truncated(i))
             m_counters.Truncated.Add();
         else
-            TakeOne(datagrams.Octets(i), datagrams.From(i), batch);
+            TakeOne(datagrams.Octets(i), datagrams.From(i), channel, batch);
     }
 }
 
-void BipPort::TakeOne(std::span<const std::uint8_t> datagram, const BipAddress& from, NpduBatch& batch) {
+void BipPort::TakeOne(std::span<const std::uint8_t> datagram, const BipAddress& from, Channel channel,
+                      NpduBatch& batch) {
     if (IsOwn(from)) {
         m_counters.Own.Add();
         return;
@@ -145,31 +177,31 @@ void BipPort::TakeOne(std::span<const std::uint8_t> datagram, const BipAddress& 
     }
     switch (message.Function) {
     case BvlcFunction::original_unicast:
+        batch.Items[batch.Count++] = {ToMac(from), false, message.Payload};
+        return;
     case BvlcFunction::original_broadcast:
-        batch.Items[batch.Count++] = {ToMac(from), message.Function == BvlcFunction::original_broadcast,
-                                      message.Payload};
+    case BvlcFunction::distribute_broadcast:
+        if (m_management->OnBroadcast(message, from, channel))
+            batch.Items[batch.Count++] = {ToMac(from), true, message.Payload};
+        else
+            m_counters.Unserved.Add();
         return;
     case BvlcFunction::forwarded_npdu:
         // Our own broadcast comes back to us when a broadcast management device serves this network.
         if (IsOwn(message.Origin))
             m_counters.Own.Add();
-        else
+        else if (m_management->OnBroadcast(message, from, channel))
             batch.Items[batch.Count++] = {ToMac(message.Origin), true, message.Payload};
         return;
     case BvlcFunction::result:
         if (message.ResultCode != 0)
             m_counters.Results.Add();
+        m_management->OnControl(message, from);
         return;
     default:
-        break;
-    }
-    m_counters.Unserved.Add();
-    BvlcResult nak{};
-    if (NakFor(message.Function, nak)) {
-        std::array<std::uint8_t, 6> octets;
-        EncodeResult(nak, octets);
-        RecordSent(from, octets);
-        m_directed.Send(from, octets);
+        if (m_management->OnControl(message, from) != BroadcastManagement::Served::yes)
+            m_counters.Unserved.Add();
+        return;
     }
 }
 

@@ -65,6 +65,10 @@ public:
     // Ends the present or the next WaitReadable. Any thread.
     virtual void Interrupt() = 0;
 
+    // Does what the link has to do by time, such as renewing a registration. Milliseconds until it wants to be called
+    // again at the latest, -1 for never. The port's own thread.
+    virtual int Attend() { return -1; }
+
     // How many octets of a station's MAC tell it from others when its answers are matched: on BACnet/IP the IP address
     // without the port, since devices are met that answer from another port than they were asked on. 0: not the
     // address of a station of this link.
