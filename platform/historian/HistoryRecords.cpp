@@ -1,5 +1,7 @@
 #include "platform/historian/HistoryRecords.h"
 
+#include "base/Utf8.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -18,31 +20,6 @@ const char* Fault(const VfiRecord& record) {
         return "text without an end";
     }
     return nullptr;
-}
-
-// Length of the well-formed sequence at the start of bytes, 0 if there is none.
-std::size_t Utf8SequenceLength(std::string_view bytes) {
-    const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
-    const unsigned char lead = at(0);
-    if (lead < 0x80) {
-        return 1;
-    }
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || bytes.size() < length) {
-        return 0;
-    }
-    // The second byte carries the limits: they exclude overlong forms, surrogates and what lies above U+10FFFF.
-    const unsigned char low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
-    const unsigned char high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
-    if (at(1) < low || at(1) > high) {
-        return 0;
-    }
-    for (std::size_t i = 2; i < length; ++i) {
-        if ((at(i) & 0xC0) != 0x80) {
-            return 0;
-        }
-    }
-    return length;
 }
 
 } // namespace
@@ -72,7 +49,7 @@ VfiRecord StoredForm(const VfiRecord& record) {
 
 bool IsUtf8(std::string_view bytes) {
     while (!bytes.empty()) {
-        const std::size_t length = Utf8SequenceLength(bytes);
+        const std::size_t length = FirstUtf8(bytes).length;
         if (length == 0) {
             return false;
         }

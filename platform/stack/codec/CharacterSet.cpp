@@ -1,5 +1,7 @@
 #include "platform/stack/codec/CharacterSet.h"
 
+#include "base/Utf8.h"
+
 #include <algorithm>
 #include <array>
 
@@ -26,25 +28,6 @@ constexpr std::array<char16_t, 128> CODE_PAGE_850 = {
     0x2588, 0x2584, 0x00A6, 0x00CC, 0x2580, 0x00D3, 0x00DF, 0x00D4, 0x00D2, 0x00F5, 0x00D5, 0x00B5, 0x00FE,
     0x00DE, 0x00DA, 0x00DB, 0x00D9, 0x00FD, 0x00DD, 0x00AF, 0x00B4, 0x00AD, 0x00B1, 0x2017, 0x00BE, 0x00B6,
     0x00A7, 0x00F7, 0x00B8, 0x00B0, 0x00A8, 0x00B7, 0x00B9, 0x00B3, 0x00B2, 0x25A0, 0x00A0};
-
-// Length of the well-formed sequence at the start of text, 0 when there is none (RFC 3629, no surrogates).
-std::size_t SequenceLength(std::string_view text) {
-    const auto octet = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned first = octet(0);
-    if (first < 0x80)
-        return 1;
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || text.size() < length)
-        return 0;
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((octet(i) & 0xC0U) != 0x80)
-            return 0;
-    }
-    const unsigned second = octet(1);
-    const bool badSecond = (first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
-                           (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F);
-    return badSecond ? 0 : length;
-}
 
 // Collects characters as UTF-8 up to a capacity, and counts all of them.
 class Utf8Out {
@@ -187,7 +170,7 @@ void PutDbcs(Octets octets, Utf8Out& out) {
 
 bool IsUtf8(std::string_view text) {
     while (!text.empty()) {
-        const std::size_t length = SequenceLength(text);
+        const std::size_t length = FirstUtf8(text).length;
         if (length == 0)
             return false;
         text.remove_prefix(length);
