@@ -33,9 +33,13 @@ bool IsDataObject(BACSTAC_OBJECT_TYPE type) {
 
 } // namespace
 
-CContentsBuffer::CContentsBuffer()
-    : m_memory(std::make_unique_for_overwrite<char[]>(BACSTAC_CONTENTS_SIZE)), m_contents{TYPE_NONE, m_memory.get(),
-                                                                                          BACSTAC_CONTENTS_SIZE, 0} {}
+CContentsBuffer::CContentsBuffer() : m_memory(std::make_unique_for_overwrite<char[]>(BACSTAC_CONTENTS_SIZE)) {
+    Clear();
+}
+
+void CContentsBuffer::Clear() {
+    m_contents = {TYPE_NONE, m_memory.get(), BACSTAC_CONTENTS_SIZE, 0};
+}
 
 CBACnetDevice::CBACnetDevice(CBacGeneral& bacnet, std::uint32_t instance)
     : m_bacnet(bacnet), m_instance(instance), m_text(std::to_string(instance)) {}

@@ -101,8 +101,10 @@ class CContentsBuffer {
 public:
     CContentsBuffer();
     BACSTAC_PROPERTY_CONTENTS& Get() { return m_contents; }
+    // Contents without a value again, in the same memory.
+    void Clear();
 
 private:
     std::unique_ptr<char[]> m_memory;
-    BACSTAC_PROPERTY_CONTENTS m_contents;
+    BACSTAC_PROPERTY_CONTENTS m_contents{};
 };

@@ -25,6 +25,17 @@ private:
     IModuleLock& m_lock;
 };
 
+class ReadAheadScope {
+public:
+    explicit ReadAheadScope(CReadAhead& readAhead) : m_readAhead(readAhead) {}
+    ReadAheadScope(const ReadAheadScope&) = delete;
+    ReadAheadScope& operator=(const ReadAheadScope&) = delete;
+    ~ReadAheadScope() { m_readAhead.Settle(); }
+
+private:
+    CReadAhead& m_readAhead;
+};
+
 std::string WithNumber(const char* text, std::uint32_t number) {
     return std::string(text) + " (" + std::to_string(number) + ")";
 }
@@ -176,28 +187,37 @@ void CTransferEngine::ReadBlocks(DeviceRun& run, const CBACnetTrend& trend, cons
     const std::string& name = trend.GetName();
     CRowConverter converter(tags);
     CFixedArray<VfiRecord> records(run.readCount * RECORDS_PER_VALUE * tags.size());
-    CTrendRows rows(run.readCount);
+    TrendBlock block(run.readCount);
+    const ReadAheadScope readAhead(m_readAhead); // lets go of the block before it is gone
+    bool isLong = false;
     while (!m_state.abort && !run.limitReached) {
-        BACSTAC_ERROR error{};
-        bool more = true;
-        CContentsBuffer buffer;
-        rows.Clear();
-        const BACSTAC_STATUS status = trend.Read(position, rows, more, buffer.Get(), error);
-        if (status != BACSTAC_OK) {
-            m_state.Error("Error reading trend " + name + ": " + ErrorText(status, error));
+        if (m_readAhead.IsUnderWay())
+            m_readAhead.Wait();
+        else
+            block.Read(trend, position);
+        if (block.status != BACSTAC_OK) {
+            m_state.Error("Error reading trend " + name + ": " + ErrorText(block.status, block.error));
             return;
         }
-        m_state.Info("Reading " + std::to_string(rows.GetSize()) + " records from trend " + name);
-        if (rows.GetSize() == 0)
+        const std::size_t rows = block.rows.GetSize();
+        m_state.Info("Reading " + std::to_string(rows) + " records from trend " + name);
+        if (rows == 0)
             return;
         records.Clear();
-        converter.Convert(rows, buffer.Get(), records);
+        converter.Convert(block.rows, block.contents.Get(), records);
+        const BACSTAC_DATE_TIME next = block.rows[rows - 1].front().timeStamp;
+        const bool isAhead = Compare(next, position) == COMPARE_GREATER;
+        const bool more = block.more;
+        // From here on the block belongs to the next read. A log that ends with its second block, as most do that are
+        // read every day, is never read ahead.
+        if (isLong && isAhead && more && IsNextBlockSure(run, trend, rows))
+            m_readAhead.Start(trend, next, block);
+        isLong = true;
         if (!m_vfi.Write(static_cast<std::uint32_t>(records.GetSize()), records.GetData())) {
             m_state.Error("Error writing to VFI");
             return;
         }
-        const BACSTAC_DATE_TIME next = rows[rows.GetSize() - 1].front().timeStamp;
-        if (Compare(next, position) != COMPARE_GREATER) {
+        if (!isAhead) {
             m_state.Info("Next buffer position is before current position " + name);
             return;
         }
@@ -206,9 +226,18 @@ void CTransferEngine::ReadBlocks(DeviceRun& run, const CBACnetTrend& trend, cons
             m_state.Info("No more items for " + name);
             return;
         }
-        CountBlock(run, rows.GetSize());
+        CountBlock(run, rows);
         m_journal.Note(name, position);
     }
+}
+
+// Whether the block behind one of so many rows will be wanted and costs one request: a limit by time is decided only
+// when the block is stored, and a device whose protocol is not known is asked for it at each read.
+bool CTransferEngine::IsNextBlockSure(const DeviceRun& run, const CBACnetTrend& trend, std::size_t rows) {
+    if (trend.GetDevice().ProtocolLevel == PROTOCOL_UNKNOWN || IsLimitedBy(run.settings, HISTORY_LIMIT_BY_TIME))
+        return false;
+    return !IsLimitedBy(run.settings, HISTORY_LIMIT_BY_RECORDS) ||
+           run.records + static_cast<std::uint32_t>(rows) < static_cast<std::uint32_t>(run.settings.limitValue);
 }
 
 // The limits are looked at behind a block that has others behind it, so a trend's last block never counts. Their lines
