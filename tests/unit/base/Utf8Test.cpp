@@ -9,7 +9,7 @@ namespace {
 // Written by the bit layout alone, whether it is well-formed or not.
 std::string Encode(char32_t point, std::size_t length) {
     if (length == 1)
-        return {static_cast<char>(point)};
+        return std::string(1, static_cast<char>(point));
     std::string text(length, '\0');
     for (std::size_t i = length - 1; i > 0; --i, point >>= 6)
         text[i] = static_cast<char>(0x80U | (point & 0x3FU));
@@ -52,5 +52,5 @@ TEST(Utf8, RefusesWhatIsCutOrBroken) {
         }
     }
     for (unsigned octet = 0x80; octet < 0x100; ++octet)
-        EXPECT_EQ(FirstUtf8({static_cast<char>(octet)}).length, 0U) << octet;
+        EXPECT_EQ(FirstUtf8(std::string(1, static_cast<char>(octet))).length, 0U) << octet;
 }
