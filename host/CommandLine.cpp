@@ -37,8 +37,7 @@ const CLI::Validator IS_INSTANCE(
 
 const CLI::Validator IS_TYPE(
     [](const std::string& text) {
-        const auto number = ParseU32(text);
-        return ObjectTypeByName(text) || (number && *number <= 1023) ? std::string() : "not an object type: " + text;
+        return ObjectTypeByText(text) ? std::string() : "not an object type: " + text;
     },
     "TYPE");
 

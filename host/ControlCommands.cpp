@@ -254,9 +254,7 @@ ControlReply TransferHistory(CRuntime& runtime, const CArguments& arguments, ICo
     if (const auto device = arguments.Get("device")) {
         const auto deviceNumber = ParseU32(*device);
         const std::string typeText = arguments.Get("type").value_or("trend-log");
-        auto type = ObjectTypeByName(typeText);
-        if (!type)
-            type = ParseU32(typeText);
+        const auto type = ObjectTypeByText(typeText);
         const auto instance =
             arguments.Has("instance") ? ParseU32(*arguments.Get("instance")) : std::optional(BACSTAC_ALL_INSTANCES);
         if (!deviceNumber || !type || !instance)
