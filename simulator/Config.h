@@ -29,6 +29,17 @@ struct LogConfig {
     std::vector<LogRecord> Records;
 };
 
+// Contents of a file object.
+struct FileConfig {
+    bool OfRecords = false;            // record access; otherwise stream access
+    std::string Octets;                // of a stream
+    std::vector<std::string> Records;  // of the other form
+    std::uint32_t MaxSize = 16U << 20; // octets; writes beyond are refused
+    bool ReadOnly = false;
+    std::string Type = "application/octet-stream"; // File_Type
+    LocalTime Modified = 0;
+};
+
 // The standard properties of the type come by themselves; Properties adds to them or overrides them.
 struct ObjectConfig {
     BACSTAC_OBJECT_ID Id{};
@@ -39,6 +50,7 @@ struct ObjectConfig {
     std::vector<std::pair<BACSTAC_PROPERTY_ID, Value>> Properties;
     std::vector<BACSTAC_PROPERTY_ID> ReadOnly; // that clients may not write, though they usually may
     std::optional<LogConfig> Log;              // types 20 and 27; without it such an object has an empty buffer
+    std::optional<FileConfig> File;            // type 10; without it such an object is an empty stream
 };
 
 // Which forms of ReadRange by time a device understands.

@@ -398,6 +398,47 @@ void ReadLog(Table& table, const DeviceConfig& device, ObjectConfig& object) {
             table.Fault(*table.Source().get("record"), "record", "of a trend log has to hold one value");
 }
 
+// Octets that look like nothing in particular, the same every time.
+std::string GeneratedOctets(std::uint32_t size, std::uint64_t seed) {
+    std::string octets(size, '\0');
+    for (std::uint32_t i = 0; i < size; ++i)
+        octets[i] = static_cast<char>(MixSeed(seed, i) & 0xFF);
+    return octets;
+}
+
+// Contents: text, a host's file, or size octets; of a file of records texts, or so many generated ones.
+void ReadFile(Table& table, ObjectConfig& object) {
+    FileConfig& file = object.File.emplace();
+    std::string access = "stream";
+    std::string from;
+    std::uint32_t size = 0;
+    std::uint32_t count = 0;
+    table.Text("access", access);
+    table.Text("file_type", file.Type);
+    table.Boolean("file_read_only", file.ReadOnly);
+    table.Integer("max_size", 0, 0x7FFFFFFF, file.MaxSize);
+    table.Text("text", file.Octets);
+    table.Text("from", from);
+    table.Integer("size", 0, 0x7FFFFFFF, size);
+    table.Integer("record_count", 0, 1'000'000, count);
+    const auto asText = [](const std::string& text) { return std::optional(text); };
+    table.Words("file_records", "texts", asText, file.Records);
+    if (access != "stream" && access != "record")
+        table.Fault(*table.Source().get("access"), "access", "has to be \"stream\" or \"record\"");
+    file.OfRecords = access == "record";
+    if (!from.empty()) {
+        std::ifstream source(from, std::ios::binary);
+        std::ostringstream content;
+        if (!source || !(content << source.rdbuf()))
+            table.Fault(*table.Source().get("from"), "from", "names a file that cannot be read");
+        file.Octets = content.str();
+    }
+    if (size > 0 && !file.OfRecords)
+        file.Octets = GeneratedOctets(size, object.Id.Instance);
+    for (std::uint32_t i = 0; i < count; ++i)
+        file.Records.push_back(GeneratedOctets(size, MixSeed(object.Id.Instance, i)));
+}
+
 // ---- devices
 
 void ReadProperties(Table& table, ObjectConfig& object) {
@@ -433,6 +474,8 @@ void ReadObject(Table& table, DeviceConfig& device) {
     table.Words("read_only", "properties", PropertyOf, object.ReadOnly);
     if (object.Id.Type == OBJ_TREND_LOG || object.Id.Type == OBJ_TREND_LOG_MULTIPLE)
         ReadLog(table, device, object);
+    if (object.Id.Type == OBJ_FILE)
+        ReadFile(table, object);
     ReadProperties(table, object);
     for (const ObjectConfig& other : device.Objects)
         if (other.Id == object.Id)

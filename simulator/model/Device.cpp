@@ -1,6 +1,7 @@
 #include "simulator/model/Device.h"
 
 #include "simulator/model/DeviceObject.h"
+#include "simulator/model/FileObject.h"
 #include "simulator/model/StandardObjects.h"
 
 #include <algorithm>
@@ -201,6 +202,20 @@ std::optional<std::uint32_t> Device::TotalRecordCount(BACSTAC_OBJECT_ID log) con
     const auto lock = Lock();
     const LogObject* object = FindLog(log);
     return object == nullptr ? std::nullopt : std::optional(object->Buffer().TotalRecordCount());
+}
+
+std::optional<std::string> Device::FileOctets(BACSTAC_OBJECT_ID file) const {
+    const auto lock = Lock();
+    Object* object = Find(file);
+    const FileObject* found = object == nullptr ? nullptr : object->AsFile();
+    return found == nullptr || found->IsOfRecords() ? std::nullopt : std::optional(std::string(found->Octets()));
+}
+
+std::optional<std::vector<std::string>> Device::FileRecords(BACSTAC_OBJECT_ID file) const {
+    const auto lock = Lock();
+    Object* object = Find(file);
+    const FileObject* found = object == nullptr ? nullptr : object->AsFile();
+    return found == nullptr || !found->IsOfRecords() ? std::nullopt : std::optional(found->Records());
 }
 
 Stats Device::GetStats() const {

@@ -82,6 +82,10 @@ public:
     std::vector<LogRecord> Records(BACSTAC_OBJECT_ID log) const; // those in the buffer, oldest first
     std::optional<std::uint32_t> TotalRecordCount(BACSTAC_OBJECT_ID log) const;
 
+    // Contents of a file object: its octets, or its records. Nothing when it is no file of that form.
+    std::optional<std::string> FileOctets(BACSTAC_OBJECT_ID file) const;
+    std::optional<std::vector<std::string>> FileRecords(BACSTAC_OBJECT_ID file) const;
+
     Stats GetStats() const;
 
     // ---- The server

@@ -14,6 +14,7 @@
 
 namespace sim {
 
+class FileObject;
 class LogObject;
 
 // Why a property was not read: the Error of clause 18. Code 0 of class 0 does not occur, so it stands for success.
@@ -94,6 +95,7 @@ public:
     void UpdateStatusFlags();
 
     virtual LogObject* AsLog() { return nullptr; }
+    virtual FileObject* AsFile() { return nullptr; }
 
 protected:
     // Writes a computed property. The default has none that can be written.

@@ -1,5 +1,6 @@
 #include "simulator/model/StandardObjects.h"
 
+#include "simulator/model/FileObject.h"
 #include "simulator/model/LogObject.h"
 #include "simulator/model/ServicesSupported.h"
 
@@ -26,6 +27,7 @@ constexpr TypeName TYPE_NAMES[] = {
     {OBJ_BINARY_INPUT, "Binary Input"},
     {OBJ_BINARY_OUTPUT, "Binary Output"},
     {OBJ_BINARY_VALUE, "Binary Value"},
+    {OBJ_FILE, "File"},
     {OBJ_MULTI_STATE_INPUT, "Multi-state Input"},
     {OBJ_MULTI_STATE_OUTPUT, "Multi-state Output"},
     {OBJ_MULTI_STATE_VALUE, "Multi-state Value"},
@@ -173,7 +175,14 @@ std::string DefaultName(BACSTAC_OBJECT_ID id) {
 std::unique_ptr<Object> MakeObject(const ObjectConfig& config) {
     const BACSTAC_OBJECT_TYPE type = config.Id.Type;
     const bool isLog = type == OBJ_TREND_LOG || type == OBJ_TREND_LOG_MULTIPLE;
-    std::unique_ptr<Object> object = isLog ? MakeLog(config) : std::make_unique<Object>(config.Id);
+    const FileConfig file = config.File.value_or(FileConfig{});
+    std::unique_ptr<Object> object;
+    if (isLog)
+        object = MakeLog(config);
+    else if (type == OBJ_FILE)
+        object = std::make_unique<FileObject>(config.Id, file);
+    else
+        object = std::make_unique<Object>(config.Id);
     object->Set(PROP_OBJECT_IDENTIFIER, Value::ObjectId(config.Id));
     object->Set(PROP_OBJECT_NAME, Value::String(config.Name.empty() ? DefaultName(config.Id) : config.Name));
     object->Set(PROP_OBJECT_TYPE, Value::Enumerated(type));
@@ -189,6 +198,8 @@ std::unique_ptr<Object> MakeObject(const ObjectConfig& config) {
         AddMultiState(*object);
     } else if (isLog) {
         AddLogProperties(config.Log.value_or(LogConfig{}), *object);
+    } else if (type == OBJ_FILE) {
+        object->Set(PROP_FILE_TYPE, Value::String(file.Type));
     }
     if (IsOutput(type) || (config.Commandable && IsValue(type)))
         AddPriorities(*object);

@@ -25,6 +25,10 @@ Outcome WritePropertyMultiple(const ServiceCall& call);
 Outcome AddListElement(const ServiceCall& call);
 Outcome RemoveListElement(const ServiceCall& call);
 
+// FileServices.cpp: clauses 14.1 and 14.2.
+Outcome AtomicReadFile(const ServiceCall& call);
+Outcome AtomicWriteFile(const ServiceCall& call);
+
 // ---- parts that they share
 
 std::uint32_t IndexOf(const bacnet::PropertyTarget& target); // or WHOLE

@@ -35,6 +35,8 @@ struct Row {
 };
 
 constexpr Row SERVICES[] = {
+    {ConfirmedService::atomicReadFile, AtomicReadFile},
+    {ConfirmedService::atomicWriteFile, AtomicWriteFile},
     {ConfirmedService::addListElement, AddListElement},
     {ConfirmedService::removeListElement, RemoveListElement},
     {ConfirmedService::readProperty, ReadProperty},
