@@ -12,12 +12,17 @@
 #include "platform/stack/transport/Counter.h"
 #include "platform/stack/transport/DataLink.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
+#include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <shared_mutex>
 #include <span>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace bacnet {
@@ -53,15 +58,25 @@ struct NetworkCounters {
     Counter SendFailures;
 };
 
+// The number of a port's own network: as configured, and as others tell it (clause 6.4.20). 0: none.
+struct NetworkNumber {
+    std::uint16_t Configured = 0;
+    std::uint16_t Told = 0;
+};
+
 class NetworkLayer {
 public:
     enum class Route : std::uint8_t {
         found,
+        busy,           // found, but its router has said that it takes nothing for that network for a while
         unknown_router, // the network is known to nobody yet: AskForRouter, WaitForRoute
         invalid,        // not an address of a station: no such port, length out of range, a broadcast
     };
 
-    NetworkLayer() = default;
+    // How long a router that has said that it is busy is taken to be so, milliseconds (clause 6.6.3.6).
+    static constexpr std::int64_t BUSY_TIME = 30000;
+
+    NetworkLayer();
     NetworkLayer(const NetworkLayer&) = delete;
     NetworkLayer& operator=(const NetworkLayer&) = delete;
 
@@ -71,6 +86,10 @@ public:
     // number.
     std::uint8_t AddPort(IDataLink& link, std::uint16_t network = 0);
     void SetUser(IApduUser* user) { m_user = user; }
+    // Milliseconds that only grow; the system's unless given. Before anything is received.
+    void SetClock(std::function<std::int64_t()> now) { m_now = std::move(now); }
+    // Told of what a user should know. Before anything is received; called on receiving threads.
+    void SetReport(std::function<void(const std::string& text)> report) { m_report = std::move(report); }
     std::size_t PortCount() const { return m_ports.size(); }
     IDataLink& Link(std::uint8_t port) const { return *m_ports[port].Link; }
 
@@ -99,6 +118,12 @@ public:
     // Waits until a router to the network is known, at most this long. False when none is.
     bool WaitForRoute(std::uint16_t network, std::int64_t timeoutMs);
     std::vector<RouterEntry> Routers() const;
+    // Asks all routers what networks they lead to. Answers come when they come.
+    void AskForRouters();
+    // Asks on each port for the number of its network: one that has none learns it, and one that is configured finds
+    // out when others are configured otherwise. Answers come when they come.
+    void AskForNumbers();
+    NetworkNumber NumberOf(std::uint8_t port) const;
 
     // What a port has received.
     void OnNpdu(std::uint8_t port, const ReceivedNpdu& received);
@@ -107,22 +132,40 @@ public:
 
 private:
     struct Port {
-        IDataLink* Link = nullptr;
-        std::uint16_t Network = 0;
+        Port(IDataLink* link, std::uint16_t network) : Link(link), Network(network) {}
+
+        IDataLink* const Link;
+        const std::uint16_t Network;
+        std::atomic<std::uint16_t> Told{0};        // by Network-Number-Is, also when it is not Network
+        std::atomic<bool> ToldByConfigured{false}; // by one who has it from its configuration
+        std::atomic<std::int64_t> AnsweredAt{0};   // What-Is-Network-Number, last
+        // What the station takes its network to be; what is configured goes before what is told.
+        std::uint16_t Number() const { return Network != 0 ? Network : Told.load(std::memory_order_relaxed); }
     };
 
-    // The first port with this number.
+    // The first port whose network has this number.
     bool FindConnected(std::uint16_t network, std::uint8_t& port) const;
+    // The port for local addresses with this number in the contract.
+    bool FindLocal(std::uint16_t network, std::uint8_t& port) const;
     bool SendOn(std::uint8_t port, const MacAddress& mac, Frame& npdu);
+    void BroadcastMessage(std::uint8_t port, NetworkMessage message, std::span<const std::uint8_t> payload);
     void OnNetworkMessage(std::uint8_t port, const ReceivedNpdu& received, const Npdu& npdu);
-    void LearnRoute(std::uint16_t network, std::uint8_t port, const MacAddress& router);
+    void OnReject(std::uint8_t port, const MacAddress& router, std::span<const std::uint8_t> payload);
+    void OnBusy(std::uint8_t port, const MacAddress& router, std::span<const std::uint8_t> networks, bool busy);
+    void OnNumberAsked(std::uint8_t port);
+    void OnNumberTold(std::uint8_t port, const MacAddress& teller, std::span<const std::uint8_t> payload);
+    void LearnRoute(std::uint16_t network, std::uint8_t port, const MacAddress& router, bool announced);
+    void RoutesChanged();
 
-    std::vector<Port> m_ports; // constant after AddPort
+    std::deque<Port> m_ports; // constant after AddPort, but for its atomic members
+    std::function<std::int64_t()> m_now;
+    std::function<void(const std::string& text)> m_report;
     IApduUser* m_user = nullptr;
     NetworkCounters m_counters;
 
     mutable std::shared_mutex m_routesMutex;
     RouterTable m_routes;                          // m_routesMutex
+    std::atomic<bool> m_narrow{false};             // some route has a limit
     std::map<std::uint16_t, std::int64_t> m_asked; // m_routesMutex: when a router to the network was asked for last
 
     // Signalled at each change of m_routes.

@@ -141,6 +141,7 @@ AsyncCaller::Impl::Begun AsyncCaller::Impl::Start(Item& item, Millis now) {
     const AsyncRequest& request = *item.Request;
     switch (m_core.Network.Resolve(request.Destination, item.Peer)) {
     case NetworkLayer::Route::found:
+    case NetworkLayer::Route::busy: // a poll that waits is worth less than one that is tried
         break;
     case NetworkLayer::Route::unknown_router: {
         m_core.Network.AskForRouter(request.Destination.Network, now);

@@ -19,6 +19,7 @@ Apdu PlainHeader(PduType type, std::uint8_t invokeId, std::uint8_t reason) {
 LayerCore::LayerCore(NetworkLayer& network, const TransactionSettings& settings, IRequestHandler* handler,
                      const IClock& clock)
     : Network(network), Settings(settings), Clock(clock), Peers(settings.IdRestMs), m_handler(handler) {
+    network.SetClock([&clock] { return clock.Now(); });
     for (std::size_t port = 0; port < network.PortCount(); ++port)
         m_pumps.push_back(
             std::make_unique<PortPump>(network, static_cast<std::uint8_t>(port), [this](const QueuedApdu& apdu) {

@@ -71,25 +71,31 @@ private:
 Outcome TransactionLayer::Impl::FindStation(const BACSTAC_ADDRESS& destination, ICallObserver* observer,
                                             Station& station) {
     NetworkLayer::Route route = Core.Network.Resolve(destination, station);
-    if (route == NetworkLayer::Route::unknown_router) {
+    // A busy router is waited for as long, and then tried all the same: its word that it is available may be lost.
+    const auto pending = [&route] {
+        return route == NetworkLayer::Route::unknown_router || route == NetworkLayer::Route::busy;
+    };
+    if (pending()) {
         const Millis until = Core.Clock.Now() + Core.Settings.RouterWaitMs;
         for (Millis now = Core.Clock.Now(); now < until; now = Core.Clock.Now()) {
             if (Core.Stopping())
                 return Outcome::shutdown;
             if (observer != nullptr && !observer->KeepWaiting())
                 return Outcome::cancelled;
-            Core.Network.AskForRouter(destination.Network, now);
+            if (route == NetworkLayer::Route::unknown_router)
+                Core.Network.AskForRouter(destination.Network, now);
             if (!Core.Settings.BackgroundThread)
                 Core.ReceiveAll();
             else // the announcement comes as a broadcast, which the background threads receive
                 Core.Network.WaitForRoute(destination.Network, std::min(until - now, OBSERVE_MS));
             route = Core.Network.Resolve(destination, station);
-            if (route != NetworkLayer::Route::unknown_router)
+            if (!pending())
                 break;
         }
     }
     switch (route) {
     case NetworkLayer::Route::found:
+    case NetworkLayer::Route::busy:
         return Outcome::simple_ack;
     case NetworkLayer::Route::unknown_router:
         return Outcome::no_route;
@@ -276,6 +282,7 @@ Outcome TransactionLayer::SendUnconfirmed(const BACSTAC_ADDRESS& destination, st
         Station station;
         switch (core.Network.Resolve(destination, station)) {
         case NetworkLayer::Route::found:
+        case NetworkLayer::Route::busy:
             if (frame.Size() > core.Network.MaxApdu(station))
                 return Outcome::request_too_long;
             sent = core.Network.Send(station, frame, false);
