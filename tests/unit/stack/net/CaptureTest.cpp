@@ -2,20 +2,19 @@
 #include "platform/stack/transport/Capture.h"
 
 #include "platform/stack/transport/BipPort.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/Loopback.h"
 #include "tests/unit/stack/net/Frames.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <thread>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace bacnet;
@@ -134,28 +133,6 @@ protected:
     std::string m_failure;
 };
 
-// The system refuses to let a file of this process grow beyond so many octets, as a full disk does: what fits is
-// written.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t octets) {
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{octets, m_before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_before{};
-    void (*m_handler)(int) = SIG_DFL;
-};
-
 TEST_F(Recording, HoldsAddressesAndOctetsInTheirOrder) {
     const auto capture = Open();
     ASSERT_NE(capture, nullptr) << m_failure;
@@ -266,7 +243,7 @@ TEST_F(Recording, LeavesWholeRecordsOnAFullDisk) {
         const auto again = Open();
         ASSERT_NE(again, nullptr) << m_failure;
         {
-            const FileSizeLimit limit(two + part);
+            const CFileSizeLimit limit(two + part);
             for (int i = 0; i < 4; ++i)
                 again->Record(HERE, THERE, Octets(100, 7));
         }
@@ -280,7 +257,7 @@ TEST_F(Recording, LeavesWholeRecordsOnAFullDisk) {
 TEST_F(Recording, DoesNotStartWhereItsHeaderFindsNoRoom) {
     EXPECT_EQ(Open(FILE_HEADER - 1), nullptr);
     EXPECT_FALSE(std::filesystem::exists(m_file));
-    const FileSizeLimit limit(FILE_HEADER - 1);
+    const CFileSizeLimit limit(FILE_HEADER - 1);
     EXPECT_EQ(Open(), nullptr);
     EXPECT_EQ(m_failure, "the capture file \"" + m_file.string() + "\" cannot be written");
 }
