@@ -77,7 +77,7 @@ struct LibraryRule {
 const std::vector<LibraryRule>& LibraryRules() {
     static const std::vector<LibraryRule> RULES{
         {"CLI/", {"host", "simulator", "bench", "tests"}, false},
-        {"nlohmann/json_fwd.hpp", {"host"}, true},
+        {"nlohmann/json_fwd.hpp", {"host", "tests"}, true},
         {"nlohmann/", {"host", "module", "platform", "bench", "tests"}, false},
         {"spdlog/", {"platform/stack", "tests"}, false},
         {"sqlite3.h", {"platform/historian", "bench", "tests"}, true},
