@@ -51,6 +51,7 @@ struct ObjectConfig {
     std::vector<BACSTAC_PROPERTY_ID> ReadOnly; // that clients may not write, though they usually may
     std::optional<LogConfig> Log;              // types 20 and 27; without it such an object has an empty buffer
     std::optional<FileConfig> File;            // type 10; without it such an object is an empty stream
+    bool Permanent = false;                    // clients may not delete it
 };
 
 // Which forms of ReadRange by time a device understands.
@@ -76,6 +77,10 @@ struct DeviceConfig {
     std::uint32_t Ip = 0;   // 127.x.y.z as a number; not for devices behind a router
     std::uint16_t Port = 0; // 0: the simulation's
     std::uint8_t Mac = 0;   // of a device behind a router
+
+    // What clients may create and delete; nothing: all that the standard knows, but devices and network ports.
+    std::optional<std::vector<BACSTAC_OBJECT_TYPE>> Creates;
+    std::uint32_t MaxObjects = 1'000'000; // with the device object; creating beyond is refused
 
     std::vector<ObjectConfig> Objects; // without the device object
     std::vector<Fault> Faults;

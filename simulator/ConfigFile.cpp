@@ -471,6 +471,7 @@ void ReadObject(Table& table, DeviceConfig& device) {
     table.Text("description", object.Description);
     table.Boolean("intrinsic_reporting", object.IntrinsicReporting);
     table.Boolean("commandable", object.Commandable);
+    table.Boolean("permanent", object.Permanent);
     table.Words("read_only", "properties", PropertyOf, object.ReadOnly);
     if (object.Id.Type == OBJ_TREND_LOG || object.Id.Type == OBJ_TREND_LOG_MULTIPLE)
         ReadLog(table, device, object);
@@ -518,6 +519,9 @@ void ReadDevice(Table& table, DeviceConfig& device) {
     bool bothForms = false;
     table.Boolean("both_by_time_forms", bothForms);
     device.ByTime = bothForms ? ByTimeForms::both : ByTimeForms::byRevision;
+    if (table.Source().contains("creates"))
+        table.Words("creates", "object types", ObjectTypeOf, device.Creates.emplace());
+    table.Integer("max_objects", 1, 4'194'304, device.MaxObjects);
     table.Tables("object", [&device](Table& object) { ReadObject(object, device); });
     table.Tables("fault", [&device](Table& fault) { ReadFault(fault, device); });
 }

@@ -1,5 +1,6 @@
 #include "simulator/model/Device.h"
 
+#include "platform/stack/schema/ObjectTypes.h"
 #include "simulator/model/DeviceObject.h"
 #include "simulator/model/FileObject.h"
 #include "simulator/model/StandardObjects.h"
@@ -72,10 +73,10 @@ LogObject* Device::FindLog(BACSTAC_OBJECT_ID id) const {
     return object == nullptr ? nullptr : object->AsLog();
 }
 
-bool Device::IsNameTaken(const Object& except, std::span<const std::uint8_t> name) const {
+bool Device::IsNameTaken(std::span<const std::uint8_t> name, const Object* except) const {
     return std::any_of(m_objects.begin(), m_objects.end(), [&](const Entry& entry) {
         const Value* other = entry.Content->Find(PROP_OBJECT_NAME);
-        return entry.Content.get() != &except && other != nullptr &&
+        return entry.Content.get() != except && other != nullptr &&
                std::equal(name.begin(), name.end(), other->Wire().begin(), other->Wire().end());
     });
 }
@@ -85,7 +86,7 @@ PropertyError Device::Write(BACSTAC_OBJECT_ID id, const WriteCommand& command) {
     if (object == nullptr)
         return UNKNOWN_OBJECT;
     const bool renames = command.Property == PROP_OBJECT_NAME && object->Has(PROP_OBJECT_NAME);
-    if (renames && IsNameTaken(*object, command.Value))
+    if (renames && IsNameTaken(command.Value, object))
         return {CLASS_PROPERTY, CODE_DUPLICATE_NAME};
     const PropertyError error = object->Write(command, Now());
     if (error.Ok() && renames)
@@ -111,10 +112,62 @@ bool Device::RemoveObject(BACSTAC_OBJECT_ID id) {
     const auto lock = Lock();
     if (id == Id() || Find(id) == nullptr)
         return false;
+    Erase(id);
+    return true;
+}
+
+void Device::Erase(BACSTAC_OBJECT_ID id) {
     std::erase_if(m_objects, [&](const Entry& entry) { return entry.Key == KeyOf(id); });
     std::erase(m_objectList, id);
     NoteChange();
-    return true;
+}
+
+// Deletes what it creates.
+bool Device::Creates(BACSTAC_OBJECT_TYPE type) const {
+    if (m_config.Creates)
+        return std::find(m_config.Creates->begin(), m_config.Creates->end(), type) != m_config.Creates->end();
+    return type != OBJ_DEVICE && type != OBJ_NETWORK_PORT && bacnet::FindObjectType(type) != nullptr;
+}
+
+PropertyError Device::ChooseIdentifier(const BACSTAC_OBJECT_SPECIFIER& specifier, BACSTAC_OBJECT_ID& id) const {
+    if (bacnet::FindObjectType(specifier.Type) == nullptr && !Creates(specifier.Type))
+        return {CLASS_OBJECT, CODE_UNSUPPORTED_OBJECT_TYPE};
+    if (!Creates(specifier.Type))
+        return {CLASS_OBJECT, CODE_DYNAMIC_CREATION_NOT_SUPPORTED};
+    if (m_objects.size() >= m_config.MaxObjects)
+        return {CLASS_RESOURCES, CODE_NO_SPACE_FOR_OBJECT};
+    id = {specifier.Type, specifier.Instance};
+    if (specifier.ByIdentifier != 0 && specifier.Instance != BACSTAC_MAX_INSTANCE)
+        return Find(id) == nullptr ? PropertyError{}
+                                   : PropertyError{CLASS_OBJECT, CODE_OBJECT_IDENTIFIER_ALREADY_EXISTS};
+    id.Instance = 1;
+    while (Find(id) != nullptr)
+        ++id.Instance;
+    return {};
+}
+
+PropertyError Device::Create(const ObjectConfig& config) {
+    ObjectConfig named = config;
+    const auto givesName = [](const auto& entry) { return entry.first == PROP_OBJECT_NAME; };
+    if (std::none_of(config.Properties.begin(), config.Properties.end(), givesName)) {
+        named.Name = DefaultName(config.Id);
+        while (IsNameTaken(Value::String(named.Name).Wire()))
+            named.Name += "'";
+    }
+    if (!Insert(MakeObject(named)))
+        return {CLASS_OBJECT, CODE_OBJECT_IDENTIFIER_ALREADY_EXISTS};
+    NoteChange();
+    return {};
+}
+
+PropertyError Device::Delete(BACSTAC_OBJECT_ID id) {
+    const Object* object = Find(id);
+    if (object == nullptr)
+        return UNKNOWN_OBJECT;
+    if (!Creates(id.Type) || object->IsPermanent())
+        return {CLASS_OBJECT, CODE_OBJECT_DELETION_NOT_PERMITTED};
+    Erase(id);
+    return {};
 }
 
 bool Device::SetProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property, Value value) {

@@ -95,6 +95,11 @@ public:
     Object* Find(BACSTAC_OBJECT_ID id) const;
     // What a client writes; also what concerns more than the object, such as that names are unique.
     PropertyError Write(BACSTAC_OBJECT_ID id, const WriteCommand& command);
+    // Creation and deletion by a client. The identifier is that of the specifier, or the first one free.
+    PropertyError ChooseIdentifier(const BACSTAC_OBJECT_SPECIFIER& specifier, BACSTAC_OBJECT_ID& id) const;
+    PropertyError Create(const ObjectConfig& config);
+    PropertyError Delete(BACSTAC_OBJECT_ID id);
+    bool IsNameTaken(std::span<const std::uint8_t> name, const Object* except = nullptr) const; // name as encoded
     LocalTime Now() const { return m_clock(); }
     const FaultList& Faults() const { return m_faults; }
     FaultList& Faults() { return m_faults; }
@@ -108,8 +113,8 @@ public:
 private:
     static std::uint32_t KeyOf(BACSTAC_OBJECT_ID id) { return id.Type << 22 | (id.Instance & BACSTAC_MAX_INSTANCE); }
     LogObject* FindLog(BACSTAC_OBJECT_ID id) const;
-    // Another object than this one has the name, given as encoded.
-    bool IsNameTaken(const Object& except, std::span<const std::uint8_t> name) const;
+    bool Creates(BACSTAC_OBJECT_TYPE type) const;
+    void Erase(BACSTAC_OBJECT_ID id);
     bool Insert(std::unique_ptr<Object> object);
     void NoteChange(); // of the object list: Database_Revision
 

@@ -94,6 +94,10 @@ public:
     // Has Status_Flags follow the event state, the reliability and being out of service.
     void UpdateStatusFlags();
 
+    // Clients may not delete it.
+    void MakePermanent() { m_isPermanent = true; }
+    bool IsPermanent() const { return m_isPermanent; }
+
     virtual LogObject* AsLog() { return nullptr; }
     virtual FileObject* AsFile() { return nullptr; }
 
@@ -139,6 +143,7 @@ private:
 
     BACSTAC_OBJECT_ID m_id;
     bool m_showsPropertyList = false;
+    bool m_isPermanent = false;
     std::vector<std::pair<BACSTAC_PROPERTY_ID, bool>> m_writable; // those that differ from what is usual
     std::vector<Property> m_properties;
 };

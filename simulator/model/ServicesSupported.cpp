@@ -19,6 +19,7 @@ struct ServiceBit {
 constexpr ServiceBit CONFIRMED[] = {
     {ConfirmedService::atomicReadFile, 6}, {ConfirmedService::atomicWriteFile, 7},
     {ConfirmedService::addListElement, 8}, {ConfirmedService::removeListElement, 9},
+    {ConfirmedService::createObject, 10},  {ConfirmedService::deleteObject, 11},
     {ConfirmedService::readProperty, 12},  {ConfirmedService::readPropertyMultiple, 14},
     {ConfirmedService::writeProperty, 15}, {ConfirmedService::writePropertyMultiple, 16},
     {ConfirmedService::readRange, 35},

@@ -64,6 +64,7 @@ inline constexpr BACSTAC_OBJECT_TYPE OBJ_NOTIFICATION_CLASS = 15;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_SCHEDULE = 17;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_AVERAGING = 18;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_ACCUMULATOR = 23;
+inline constexpr BACSTAC_OBJECT_TYPE OBJ_NETWORK_PORT = 56;
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_PULSE_CONVERTER = 24;
 
 // Properties, beyond those that api/bacnet/Enums.h names.

@@ -88,6 +88,8 @@ void AddGiven(const ObjectConfig& config, Object& object) {
     object.Arbitrate();
     for (const BACSTAC_PROPERTY_ID property : config.ReadOnly)
         object.SetWritable(property, false);
+    if (config.Permanent)
+        object.MakePermanent();
 }
 
 void AddAnalog(Object& object) {

@@ -29,6 +29,10 @@ Outcome RemoveListElement(const ServiceCall& call);
 Outcome AtomicReadFile(const ServiceCall& call);
 Outcome AtomicWriteFile(const ServiceCall& call);
 
+// ObjectServices.cpp: clauses 15.3 and 15.4.
+Outcome CreateObject(const ServiceCall& call);
+Outcome DeleteObject(const ServiceCall& call);
+
 // ---- parts that they share
 
 std::uint32_t IndexOf(const bacnet::PropertyTarget& target); // or WHOLE

@@ -39,6 +39,8 @@ constexpr Row SERVICES[] = {
     {ConfirmedService::atomicWriteFile, AtomicWriteFile},
     {ConfirmedService::addListElement, AddListElement},
     {ConfirmedService::removeListElement, RemoveListElement},
+    {ConfirmedService::createObject, CreateObject},
+    {ConfirmedService::deleteObject, DeleteObject},
     {ConfirmedService::readProperty, ReadProperty},
     {ConfirmedService::readPropertyMultiple, ReadPropertyMultiple},
     {ConfirmedService::writeProperty, WriteProperty},
