@@ -143,9 +143,7 @@ void DeviceServer::OnRequest(const RequestIndication& request, TransactionLayer&
     }
     if (request.Broadcast) // confirmed requests are never broadcast (clause 5.4.5.1): no answer to a crowd
         return;
-    if (request.Header.Segmented)
-        Refuse(request, PduType::abort, ABORT_SEGMENTATION_NOT_SUPPORTED, layer);
-    else if (IsDevice() && service == static_cast<std::uint8_t>(ConfirmedService::readProperty))
+    if (IsDevice() && service == static_cast<std::uint8_t>(ConfirmedService::readProperty))
         OnReadProperty(request, layer);
     else if (IsDevice() && service == static_cast<std::uint8_t>(ConfirmedService::readPropertyMultiple))
         OnReadPropertyMultiple(request, layer);

@@ -76,6 +76,7 @@ inline constexpr std::uint8_t ABORT_BUFFER_OVERFLOW = 1;
 inline constexpr std::uint8_t ABORT_INVALID_APDU_IN_THIS_STATE = 2;
 inline constexpr std::uint8_t ABORT_SEGMENTATION_NOT_SUPPORTED = 4;
 inline constexpr std::uint8_t ABORT_WINDOW_SIZE_OUT_OF_RANGE = 7;
+inline constexpr std::uint8_t ABORT_OUT_OF_RESOURCES = 9;
 inline constexpr std::uint8_t ABORT_TSM_TIMEOUT = 10;
 inline constexpr std::uint8_t ABORT_APDU_TOO_LONG = 11;
 

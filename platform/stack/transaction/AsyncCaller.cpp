@@ -152,10 +152,9 @@ AsyncCaller::Impl::Begun AsyncCaller::Impl::Start(Item& item, Millis now) {
     case NetworkLayer::Route::invalid:
         return Fail(item, Outcome::invalid_address);
     }
-    if (!m_core.Fits(item.Peer, request.Parameters.size(), request.Options.MaxApdu))
+    if (!m_core.Plan(item, request.Parameters.size(), request.Options))
         return Fail(item, Outcome::request_too_long);
     item.Owner = this;
-    item.MaxAnswer = m_core.MaxAnswer(item.Peer);
     item.Begin(m_core.Settings, request.Service, request.Parameters, request.Options, item.Request->Answer, now);
     const PeerKey key = PeerKey::Of(item.Peer, m_core.Network.Link(item.Peer.Port));
     switch (m_core.Peers.Add(key, item, now, nullptr)) {
@@ -172,7 +171,7 @@ AsyncCaller::Impl::Begun AsyncCaller::Impl::Start(Item& item, Millis now) {
     item.Place = m_underWay.size();
     m_underWay.push_back(&item);
     ++m_onPort[item.Port];
-    const Millis deadline = now + item.TimeoutMs();
+    const Millis deadline = now + item.FirstWaitMs();
     m_earliest = m_underWay.size() == 1 ? deadline : std::min(m_earliest, deadline);
     m_core.InFlight.fetch_add(1, std::memory_order_relaxed);
     Enqueue(item);
@@ -196,6 +195,10 @@ AsyncCaller::Impl::Begun AsyncCaller::Impl::Fail(Item& item, Outcome outcome) {
 }
 
 void AsyncCaller::Impl::Enqueue(Item& item) {
+    if (item.SegmentSize != 0) {
+        m_core.SendSegments(item.Key, item.InvokeId); // what the system refuses is as good as lost
+        return;
+    }
     if (m_ready == m_frames.size() || m_readyPort != item.Peer.Port)
         Flush();
     m_readyPort = item.Peer.Port;

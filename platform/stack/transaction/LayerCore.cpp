@@ -18,7 +18,8 @@ Apdu PlainHeader(PduType type, std::uint8_t invokeId, std::uint8_t reason) {
 
 LayerCore::LayerCore(NetworkLayer& network, const TransactionSettings& settings, IRequestHandler* handler,
                      const IClock& clock)
-    : Network(network), Settings(settings), Clock(clock), Peers(settings.IdRestMs), m_handler(handler) {
+    : Network(network), Settings(settings), Clock(clock), Peers(settings.IdRestMs), Budget(settings.AssemblyLimit),
+      m_handler(handler), m_requests(settings) {
     network.SetClock([&clock] { return clock.Now(); });
     for (std::size_t port = 0; port < network.PortCount(); ++port)
         m_pumps.push_back(
@@ -44,14 +45,32 @@ bool LayerCore::BuildRequest(const Transaction& transaction, Frame& frame) {
     return frame.Append(transaction.Parameters()) && PrependApdu(frame, transaction.RequestHeader());
 }
 
-bool LayerCore::Fits(const Station& station, std::size_t parameters, std::uint16_t maxApdu) const {
+bool LayerCore::Plan(Transaction& transaction, std::size_t parameters, const CallOptions& options) {
     constexpr std::size_t REQUEST_HEADER = 4;
-    const std::size_t link = Network.MaxApdu(station);
-    return parameters + REQUEST_HEADER <= (maxApdu != 0 ? std::min<std::size_t>(maxApdu, link) : link);
+    constexpr std::size_t SEGMENT_HEADER = 6;
+    // Nobody needs so many; it keeps the counting of segments far from its limits.
+    constexpr std::size_t LONGEST = 16U * 1024 * 1024;
+    const std::size_t link = Network.MaxApdu(transaction.Peer);
+    const std::size_t most = options.MaxApdu != 0 ? std::min<std::size_t>(options.MaxApdu, link) : link;
+    transaction.MaxAnswer = static_cast<std::uint16_t>(std::min<std::size_t>(link, 0xFFFF));
+    transaction.Budget = &Budget;
+    transaction.SegmentSize = 0;
+    if (parameters + REQUEST_HEADER <= most)
+        return true;
+    if (!options.TakesSegments || most <= SEGMENT_HEADER || parameters > LONGEST)
+        return false;
+    transaction.SegmentSize = most - SEGMENT_HEADER;
+    return options.MaxSegments == 0 ||
+           SegmentSender::CountOf(parameters, transaction.SegmentSize) <= options.MaxSegments;
 }
 
-std::uint16_t LayerCore::MaxAnswer(const Station& station) const {
-    return static_cast<std::uint16_t>(std::min<std::size_t>(Network.MaxApdu(station), 0xFFFF));
+bool LayerCore::SendSegments(const PeerKey& key, std::uint8_t invokeId) {
+    bool sent = true;
+    Frame frame;
+    Station to;
+    while (Peers.TakeSegment(key, invokeId, frame, to))
+        sent = Network.Send(to, frame, true) && sent;
+    return sent;
 }
 
 bool LayerCore::SendPdu(const Station& destination, const Apdu& header, std::span<const std::uint8_t> payload,
@@ -104,10 +123,15 @@ void LayerCore::OnApdu(const ApduIndication& indication) {
         return;
     }
     const PeerKey key = PeerKey::Of(indication.Source, Network.Link(indication.Source.Port));
+    // As the asking side of its own request. It may also forget to say which side it is.
+    if (pdu.Type == PduType::abort && !pdu.FromServer && m_requests.OnAbort(key, pdu.InvokeId))
+        return;
     const PeerTable::Dispatched dispatched = Peers.OnPdu(key, indication.Source, pdu, Clock.Now());
     if (!dispatched.Matched)
         OnUnmatched(indication, pdu);
     Follow(dispatched);
+    if (dispatched.Answer.Segments)
+        SendSegments(key, pdu.InvokeId);
 }
 
 void LayerCore::OnUnmatched(const ApduIndication& indication, const Apdu& pdu) {
@@ -120,6 +144,15 @@ void LayerCore::OnUnmatched(const ApduIndication& indication, const Apdu& pdu) {
                 false);
 }
 
+bool LayerCore::OnRequestSegment(const Station& source, const Apdu& segment, std::unique_ptr<AnswerBuffer>& whole) {
+    const PeerKey key = PeerKey::Of(source, Network.Link(source.Port));
+    RequestAssembly::Step step = m_requests.OnSegment(key, segment, Clock.Now());
+    if (step.Answer.Send)
+        SendPdu(source, step.Answer.Header, {}, false);
+    whole = std::move(step.Whole);
+    return whole != nullptr;
+}
+
 void LayerCore::OnRequest(const Station& source, bool broadcast, std::span<const std::uint8_t> octets) {
     RequestIndication request;
     if (m_stopping || DecodeApdu(octets, request.Header) != ApduError::none)
@@ -127,6 +160,13 @@ void LayerCore::OnRequest(const Station& source, bool broadcast, std::span<const
     request.Confirmed = request.Header.Type == PduType::confirmed_request;
     if (request.Confirmed && broadcast)
         return; // only unconfirmed services may be broadcast
+    std::unique_ptr<AnswerBuffer> whole;
+    if (request.Confirmed && request.Header.Segmented && m_handler != nullptr) {
+        if (!OnRequestSegment(source, request.Header, whole))
+            return;
+        request.Header.Segmented = false;
+        request.Header.Payload = whole->Octets();
+    }
     request.From = source;
     request.Broadcast = broadcast;
     if (m_handler != nullptr && Network.ToAddress(source, request.Source))

@@ -3,6 +3,7 @@
 
 #include "platform/stack/transaction/PeerTable.h"
 #include "platform/stack/transaction/PortPump.h"
+#include "platform/stack/transaction/RequestAssembly.h"
 #include "platform/stack/transaction/TransactionLayer.h"
 
 #include <atomic>
@@ -25,10 +26,11 @@ public:
 
     // Encodes the request's PDU into frame. False: it does not fit.
     static bool BuildRequest(const Transaction& transaction, Frame& frame);
-    // Fails a request that can't be sent to this station in one piece.
-    bool Fits(const Station& station, std::size_t parameters, std::uint16_t maxApdu) const;
-    // The longest answer in one piece that can come from there.
-    std::uint16_t MaxAnswer(const Station& station) const;
+    // Before Begin: decides how the transaction's request, to its Peer, is sent: in one piece, or in segments of how
+    // many octets. False: not at all, it is too long.
+    bool Plan(Transaction& transaction, std::size_t parameters, const CallOptions& options);
+    // Sends the request of a transaction that the table has; false: the system refused.
+    bool SendSegments(const PeerKey& key, std::uint8_t invokeId);
     bool SendPdu(const Station& destination, const Apdu& header, std::span<const std::uint8_t> payload,
                  bool expectingReply);
     // Before a request is repeated: counts, and looks for a better way to a station behind a router.
@@ -45,14 +47,18 @@ public:
     const TransactionSettings Settings;
     const IClock& Clock;
     PeerTable Peers;
+    AssemblyBudget Budget;
     TransactionCounters Counters;
     std::atomic<int> InFlight{0}; // blocking and other calls that wait for answers
 
 private:
     void OnRequest(const Station& source, bool broadcast, std::span<const std::uint8_t> octets);
+    // Takes a segment; true once it has completed the request, whose parameters are then in whole.
+    bool OnRequestSegment(const Station& source, const Apdu& segment, std::unique_ptr<AnswerBuffer>& whole);
     void OnUnmatched(const ApduIndication& indication, const Apdu& pdu);
 
     IRequestHandler* m_handler;
+    RequestAssembly m_requests;
     std::vector<std::unique_ptr<PortPump>> m_pumps; // one for each port, constant
     std::atomic<bool> m_stopping{false};
 };

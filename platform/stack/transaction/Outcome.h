@@ -22,7 +22,7 @@ enum class Outcome : std::uint8_t {
     // We could not ask.
     no_route,         // no router to the network answered
     invalid_address,  // not the address of one station
-    request_too_long, // does not fit the device's APDU, or the link's
+    request_too_long, // does not fit the device's APDU, or the link's, and the device takes no segments, or too few
     send_failure,     // the operating system refused
     busy,             // all 256 invoke ids of the peer stayed taken for as long as a call may last
     cancelled,        // the caller's observer gave up
@@ -55,6 +55,9 @@ struct CallOptions {
     std::uint32_t TimeoutMs = 0; // of one attempt
     std::int16_t Retries = -1;   // -1: as the settings say
     std::uint16_t MaxApdu = 0;   // that the device accepts; 0: what the link carries
+    // The device has said that it takes segmented requests: only then is one that does not fit sent in segments.
+    bool TakesSegments = false;
+    std::uint32_t MaxSegments = 0; // that it takes; 0: unknown, any number
     AnswerCheck Check = nullptr;
     ICallObserver* Observer = nullptr; // Call only; borrowed
 };

@@ -67,6 +67,25 @@ void PeerTable::Drop(Peer& peer, Transaction& transaction, Millis now, Dispatche
     }
 }
 
+Transaction* PeerTable::Find(const Peer& peer, std::uint8_t invokeId) {
+    const auto found = std::find_if(peer.Active.begin(), peer.Active.end(),
+                                    [invokeId](const Transaction* item) { return item->InvokeId == invokeId; });
+    return found == peer.Active.end() ? nullptr : *found;
+}
+
+bool PeerTable::TakeSegment(const PeerKey& key, std::uint8_t invokeId, Frame& frame, Station& to) {
+    Shard& shard = ShardOf(key);
+    const std::lock_guard lock(shard.Mutex);
+    const auto found = shard.Peers.find(key);
+    Transaction* const transaction = found == shard.Peers.end() ? nullptr : Find(*found->second, invokeId);
+    Apdu segment;
+    if (transaction == nullptr || !transaction->TakeSegment(segment))
+        return false;
+    to = transaction->Peer;
+    frame.Clear();
+    return frame.Append(segment.Payload) && PrependApdu(frame, segment);
+}
+
 PeerTable::Dispatched PeerTable::OnPdu(const PeerKey& key, const Station& from, const Apdu& pdu, Millis now) {
     Dispatched result;
     Shard& shard = ShardOf(key);
@@ -75,11 +94,10 @@ PeerTable::Dispatched PeerTable::OnPdu(const PeerKey& key, const Station& from, 
     if (found == shard.Peers.end())
         return result;
     Peer& peer = *found->second;
-    const auto active = std::find_if(peer.Active.begin(), peer.Active.end(),
-                                     [&pdu](const Transaction* item) { return item->InvokeId == pdu.InvokeId; });
-    if (active == peer.Active.end())
+    Transaction* const active = Find(peer, pdu.InvokeId);
+    if (active == nullptr)
         return result;
-    Transaction& transaction = **active;
+    Transaction& transaction = *active;
     if (!transaction.OnPdu(pdu, now, result.Answer))
         return result;
     result.Matched = true;
@@ -112,8 +130,9 @@ bool PeerTable::GiveUp(const PeerKey& key, Transaction& transaction, Outcome out
     const std::lock_guard lock(shard.Mutex);
     if (transaction.Done())
         return false;
-    // The device is spared the segments that nobody waits for any more.
-    if (transaction.Now() == Transaction::State::segmented_confirmation) {
+    // The device is spared the segments that nobody waits for any more, and need not keep those that it has taken.
+    if (transaction.Now() == Transaction::State::segmented_confirmation ||
+        transaction.Now() == Transaction::State::segmented_request) {
         result.Answer.Send = true;
         result.Answer.Header.Type = PduType::abort;
         result.Answer.Header.InvokeId = transaction.InvokeId;

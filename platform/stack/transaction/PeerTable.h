@@ -42,7 +42,7 @@ public:
     // What a PDU has led to. The caller sends Answer to To, then wakes.
     struct Dispatched {
         bool Matched = false;
-        Reply Answer;
+        Reply Answer; // with Segments set: the caller then sends what TakeSegment gives
         Station To;
         Waiter* Wake[2] = {}; // the owner of a transaction, one who waits for an invoke id
         Millis Deadline = 0;  // OnTime: when to ask again
@@ -58,6 +58,10 @@ public:
     void StopWaiting(const PeerKey& key, const Waiter& waiter);
 
     Dispatched OnPdu(const PeerKey& key, const Station& from, const Apdu& pdu, Millis now);
+    // Takes the next segment of the peer's request with this invoke id, whoever may be its owner: the PDU is put into
+    // frame, to is where it goes. False when none is to be sent now. Called again and again by whoever has learnt that
+    // there are segments to send; each is handed out once, also when two threads ask.
+    bool TakeSegment(const PeerKey& key, std::uint8_t invokeId, Frame& frame, Station& to);
     // Asks the transaction what is due; a finished one has left the table. Owner is not called: it is the owner who
     // asks. One that an answer has ended meanwhile has nothing due.
     Transaction::Due OnTime(const PeerKey& key, Transaction& transaction, Millis now, Dispatched& result);
@@ -82,6 +86,7 @@ private:
         std::unordered_map<PeerKey, std::unique_ptr<Peer>, PeerKeyHash> Peers; // Mutex
     };
 
+    static Transaction* Find(const Peer& peer, std::uint8_t invokeId);
     Shard& ShardOf(const PeerKey& key) { return m_shards[PeerKeyHash{}(key) % SHARDS]; }
     void Drop(Peer& peer, Transaction& transaction, Millis now, Dispatched& result);
 

@@ -1,5 +1,6 @@
-// Puts a segmented answer together (ANSI/ASHRAE 135 clause 5.4.4.3). One for each transaction, so for each (peer,
-// invoke id). Pure: says what to send, sends nothing, knows no time.
+// Puts a segmented answer together (ANSI/ASHRAE 135 clause 5.4.4.3), or a segmented request on the serving side (clause
+// 5.4.5.2). One for each transaction, so for each (peer, invoke id). Pure: says what to send, sends nothing, knows no
+// time.
 //
 // Sequence numbers are taken modulo 256 and windows are at most 127, so a number is the next one, ahead of it
 // (something was lost) or behind it (a repetition). After a loss one negative acknowledgement asks for the missing
@@ -20,9 +21,9 @@ public:
         none,         // nothing to send
         ack,          // SegmentACK with Sequence and Window
         negative_ack, // the same, negative
-        complete,     // SegmentACK, and the answer is whole
+        complete,     // SegmentACK, and the answer (or request) is whole
         too_long,     // Abort with Reason: the answer buffer's limit is passed
-        invalid,      // Abort with Reason: this is no segmented answer
+        invalid,      // Abort with Reason: this is no segmented message
     };
     struct Step {
         Action What = Action::none;
@@ -34,7 +35,7 @@ public:
     // ownWindow: segments taken between two acknowledgements, 1..127.
     void Begin(std::uint8_t ownWindow);
     bool Started() const { return m_started; }
-    // segment: a segmented complex ack. In-order octets are appended to answer.
+    // segment: a segmented complex ack or confirmed request. In-order octets are appended to answer.
     Step OnSegment(const Apdu& segment, AnswerBuffer& answer);
 
 private:

@@ -7,6 +7,7 @@ namespace bacnet {
 namespace {
 
 constexpr unsigned SEGMENT_TIMEOUTS = 4; // clause 5.4.4.3: four times the segment timeout without a segment
+constexpr unsigned QUIET_PART = 16;      // of the segment timeout: see SegmentSender
 
 Reply AbortReply(std::uint8_t invokeId, std::uint8_t reason) {
     Reply reply;
@@ -37,7 +38,19 @@ void Transaction::Begin(const TransactionSettings& settings, std::uint8_t servic
     m_answerTimeoutMs = settings.AnswerTimeoutMs;
     m_window = settings.WindowSize;
     m_deadline = now + m_timeoutMs;
+    m_budgeted = 0;
     m_reassembly.Begin(m_window);
+    if (SegmentSize != 0) {
+        m_requestDeadline = now + m_answerTimeoutMs;
+        SendFromTheFirst(now);
+    }
+}
+
+void Transaction::SendFromTheFirst(Millis now) {
+    m_state = State::segmented_request;
+    m_segmentRetriesLeft = m_retries;
+    m_sender.Begin(m_parameters, SegmentSize, m_segmentTimeoutMs / QUIET_PART);
+    m_deadline = now + m_segmentTimeoutMs;
 }
 
 Apdu Transaction::RequestHeader() const {
@@ -51,6 +64,24 @@ Apdu Transaction::RequestHeader() const {
     return header;
 }
 
+bool Transaction::TakeSegment(Apdu& segment) {
+    SegmentSender::Segment next;
+    if (m_state != State::segmented_request || !m_sender.Next(next))
+        return false;
+    segment = RequestHeader();
+    segment.Segmented = true;
+    segment.MoreFollows = next.MoreFollows;
+    segment.SequenceNumber = next.Sequence;
+    segment.WindowSize = m_window;
+    segment.Payload = next.Octets;
+    return true;
+}
+
+// Before the device has the whole request no answer can be meant for it.
+bool Transaction::AwaitsAnswer() const {
+    return m_state == State::awaiting_confirmation || (m_state == State::segmented_request && m_sender.AllSent());
+}
+
 bool Transaction::Matches(std::span<const std::uint8_t> answer) const {
     return m_check == nullptr || m_check(m_parameters, answer);
 }
@@ -58,6 +89,9 @@ bool Transaction::Matches(std::span<const std::uint8_t> answer) const {
 void Transaction::Finish(Outcome outcome, std::uint8_t reason) {
     m_state = State::done;
     m_result = {outcome, reason};
+    if (m_budgeted != 0)
+        Budget->Give(m_budgeted);
+    m_budgeted = 0;
 }
 
 void Transaction::Abort(Outcome outcome, std::uint8_t reason, Reply& reply) {
@@ -66,7 +100,7 @@ void Transaction::Abort(Outcome outcome, std::uint8_t reason, Reply& reply) {
 }
 
 bool Transaction::OnPdu(const Apdu& pdu, Millis now, Reply& reply) {
-    const bool awaiting = m_state == State::awaiting_confirmation || m_state == State::segmented_request;
+    const bool awaiting = AwaitsAnswer();
     switch (pdu.Type) {
     case PduType::abort:
         // Aborts of devices that forget to say that they are the server are taken too.
@@ -88,19 +122,49 @@ bool Transaction::OnPdu(const Apdu& pdu, Millis now, Reply& reply) {
             return false;
         Finish(Outcome::simple_ack);
         return true;
-    case PduType::error:
-        if (!awaiting || pdu.Service != m_service)
+    case PduType::segment_ack:
+        return OnSegmentAck(pdu, now, reply);
+    case PduType::error: // a device may refuse what it has seen only the beginning of
+        if ((!awaiting && m_state != State::segmented_request) || pdu.Service != m_service)
             return false;
         Finish(m_answer->Append(pdu.Payload) ? Outcome::error : Outcome::answer_too_long);
         return true;
     case PduType::reject:
-        if (!awaiting)
+        if (!awaiting && m_state != State::segmented_request)
             return false;
         Finish(Outcome::reject, pdu.Reason);
         return true;
     default:
         return false;
     }
+}
+
+bool Transaction::OnSegmentAck(const Apdu& ack, Millis now, Reply& reply) {
+    if (m_state != State::segmented_request)
+        return false;
+    if (now >= m_requestDeadline) {
+        Abort(Outcome::timeout, ABORT_TSM_TIMEOUT, reply);
+        return true;
+    }
+    switch (m_sender.OnAck(ack, now)) {
+    case SegmentSender::Step::ignored:
+        break;
+    case SegmentSender::Step::send:
+        reply.Segments = true;
+        m_segmentRetriesLeft = m_retries;
+        m_resent = m_resent || ack.Negative;
+        m_deadline = std::max(m_deadline, now + m_segmentTimeoutMs);
+        break;
+    case SegmentSender::Step::resend: // no progress, so the time and the repetitions that are left stay
+        reply.Segments = true;
+        m_resent = true;
+        break;
+    case SegmentSender::Step::complete:
+        m_state = State::awaiting_confirmation;
+        m_deadline = std::max(m_deadline, now + m_timeoutMs);
+        break;
+    }
+    return true;
 }
 
 bool Transaction::OnSegment(const Apdu& pdu, Millis now, Reply& reply) {
@@ -113,7 +177,16 @@ bool Transaction::OnSegment(const Apdu& pdu, Millis now, Reply& reply) {
         Abort(Outcome::segments_stopped, ABORT_TSM_TIMEOUT, reply);
         return true;
     }
+    const std::size_t before = m_answer->Size();
     const Reassembly::Step step = m_reassembly.OnSegment(pdu, *m_answer);
+    const std::size_t grown = m_answer->Size() - before;
+    if (Budget != nullptr && grown != 0) {
+        if (!Budget->Take(grown)) {
+            Abort(Outcome::answer_too_long, ABORT_OUT_OF_RESOURCES, reply);
+            return true;
+        }
+        m_budgeted += grown;
+    }
     switch (step.What) {
     case Reassembly::Action::invalid:
         Abort(Outcome::invalid_answer, step.Reason, reply);
@@ -150,13 +223,34 @@ Transaction::Due Transaction::OnTime(Millis now, Reply& reply) {
         Abort(Outcome::segments_stopped, ABORT_TSM_TIMEOUT, reply);
         return Due::finished;
     }
+    if (m_state == State::segmented_request)
+        return OnSegmentTimeout(now, reply);
     if (m_retriesLeft == 0) {
         Finish(Outcome::timeout);
         return Due::finished;
     }
     --m_retriesLeft;
     m_resent = true;
-    m_deadline = now + m_timeoutMs;
+    if (SegmentSize != 0)
+        SendFromTheFirst(now);
+    else
+        m_deadline = now + m_timeoutMs;
+    return Due::resend;
+}
+
+Transaction::Due Transaction::OnSegmentTimeout(Millis now, Reply& reply) {
+    if (m_segmentRetriesLeft == 0 || now >= m_requestDeadline) {
+        // A device that has taken segments need not keep them.
+        if (m_sender.Heard())
+            Abort(Outcome::timeout, ABORT_TSM_TIMEOUT, reply);
+        else
+            Finish(Outcome::timeout);
+        return Due::finished;
+    }
+    --m_segmentRetriesLeft;
+    m_resent = true;
+    m_sender.Repeat();
+    m_deadline = now + m_segmentTimeoutMs;
     return Due::resend;
 }
 

@@ -6,9 +6,11 @@
 #include "platform/stack/network/Apdu.h"
 #include "platform/stack/network/NetworkLayer.h"
 #include "platform/stack/transaction/AnswerBuffer.h"
+#include "platform/stack/transaction/AssemblyBudget.h"
 #include "platform/stack/transaction/Clock.h"
 #include "platform/stack/transaction/Outcome.h"
 #include "platform/stack/transaction/Reassembly.h"
+#include "platform/stack/transaction/SegmentSender.h"
 #include "platform/stack/transaction/Settings.h"
 
 #include <cstdint>
@@ -27,9 +29,10 @@ public:
     virtual Waiter* OnFinished(Transaction& transaction) = 0;
 };
 
-// A header to send to the peer; nothing when Send is false.
+// A header to send to the peer, nothing when Send is false; or segments of the request, which TakeSegment gives.
 struct Reply {
     bool Send = false;
+    bool Segments = false;
     Apdu Header;
 };
 
@@ -38,13 +41,13 @@ public:
     enum class State : std::uint8_t {
         idle,
         awaiting_confirmation,
-        segmented_request,      // segments of the request are on their way; requests in one piece do not come here
+        segmented_request,      // segments of the request are on their way; one in one piece does not come here
         segmented_confirmation, // segments of the answer are coming
         done,
     };
     enum class Due : std::uint8_t {
         nothing, // ask again at Deadline()
-        resend,  // send the request again, with the same invoke id and octets
+        resend,  // send the request, or what is left of it, again, with the same invoke id and octets
         finished,
     };
 
@@ -63,10 +66,14 @@ public:
     const CallResult& Result() const { return m_result; }
     // Late answers may still come: the invoke id must rest.
     bool NeedsRest() const { return m_resent || !m_result.Answered(); }
-    // The PDU that carries the request.
+    // The PDU that carries the request, when that is not segmented.
     Apdu RequestHeader() const;
+    // The next segment that is to be sent now; false: none. segment's payload refers to the parameters.
+    bool TakeSegment(Apdu& segment);
     std::span<const std::uint8_t> Parameters() const { return m_parameters; }
     std::uint32_t TimeoutMs() const { return m_timeoutMs; } // of one attempt
+    // When the owner must ask after the sending at the latest.
+    std::uint32_t FirstWaitMs() const { return SegmentSize != 0 ? m_segmentTimeoutMs : m_timeoutMs; }
     // Of all attempts: as long as a request may wait for an invoke id, too.
     Millis Patience() const { return static_cast<Millis>(m_timeoutMs) * (1 + m_retries); }
 
@@ -75,9 +82,16 @@ public:
     Station Peer;
     std::uint16_t MaxAnswer = MAX_APDU_IP; // longest APDU that we take from this peer
     std::uint8_t InvokeId = 0;
+    // Set by the owner before Begin.
+    std::size_t SegmentSize = 0;      // octets of the parameters that go into one segment; 0: all in one piece
+    AssemblyBudget* Budget = nullptr; // of segmented answers; null: no common limit
 
 private:
     bool OnSegment(const Apdu& pdu, Millis now, Reply& reply);
+    bool OnSegmentAck(const Apdu& ack, Millis now, Reply& reply);
+    void SendFromTheFirst(Millis now);
+    bool AwaitsAnswer() const;
+    Due OnSegmentTimeout(Millis now, Reply& reply);
     bool Matches(std::span<const std::uint8_t> answer) const;
     void Abort(Outcome outcome, std::uint8_t reason, Reply& reply);
 
@@ -85,17 +99,21 @@ private:
     std::uint8_t m_service = 0;
     std::uint8_t m_retries = 0;
     std::uint8_t m_retriesLeft = 0;
+    std::uint8_t m_segmentRetriesLeft = 0;
     std::uint8_t m_window = 1;
     bool m_resent = false;
     std::uint32_t m_timeoutMs = 0;
     std::uint32_t m_segmentTimeoutMs = 0;
     std::uint32_t m_answerTimeoutMs = 0;
     Millis m_deadline = 0;
-    Millis m_answerDeadline = 0; // of a segmented answer as a whole
+    Millis m_requestDeadline = 0; // of a segmented request as a whole
+    Millis m_answerDeadline = 0;  // of a segmented answer as a whole
+    std::size_t m_budgeted = 0;   // octets that were taken from Budget
     AnswerCheck m_check = nullptr;
     AnswerBuffer* m_answer = nullptr;
     std::span<const std::uint8_t> m_parameters;
     CallResult m_result;
+    SegmentSender m_sender;
     Reassembly m_reassembly;
 };
 

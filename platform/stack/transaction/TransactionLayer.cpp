@@ -60,7 +60,7 @@ private:
     // Each of these returns simple_ack to go on.
     Outcome FindStation(const BACSTAC_ADDRESS& destination, ICallObserver* observer, Station& station);
     Outcome Enter(BlockingCall& call, const Arguments& arguments, Millis& now);
-    Outcome SendRequest(const Transaction& transaction);
+    Outcome SendRequest(const BlockingCall& call);
 
     void Run(BlockingCall& call, const BACSTAC_ADDRESS& destination, ICallObserver* observer, Millis begun);
     // Returns when the call has finished, or at this time.
@@ -134,7 +134,10 @@ Outcome TransactionLayer::Impl::Enter(BlockingCall& call, const Arguments& argum
     return Outcome::shutdown;
 }
 
-Outcome TransactionLayer::Impl::SendRequest(const Transaction& transaction) {
+Outcome TransactionLayer::Impl::SendRequest(const BlockingCall& call) {
+    const Transaction& transaction = call.Work;
+    if (transaction.SegmentSize != 0)
+        return Core.SendSegments(call.Key, transaction.InvokeId) ? Outcome::simple_ack : Outcome::send_failure;
     Frame frame;
     OutgoingNpdu outgoing;
     const Station& peer = transaction.Peer;
@@ -155,13 +158,12 @@ CallResult TransactionLayer::Impl::Call(const BACSTAC_ADDRESS& destination, std:
     Outcome outcome = FindStation(destination, options.Observer, call.Work.Peer);
     if (outcome != Outcome::simple_ack)
         return {outcome};
-    if (!Core.Fits(call.Work.Peer, request.size(), options.MaxApdu))
+    if (!Core.Plan(call.Work, request.size(), options))
         return {Outcome::request_too_long};
 
     Millis now = Core.Clock.Now();
     call.Key = PeerKey::Of(call.Work.Peer, Core.Network.Link(call.Work.Peer.Port));
     call.Work.Owner = &call;
-    call.Work.MaxAnswer = Core.MaxAnswer(call.Work.Peer);
     outcome = Enter(call, {service, request, answer, options}, now);
     if (outcome != Outcome::simple_ack)
         return {outcome};
@@ -174,14 +176,14 @@ CallResult TransactionLayer::Impl::Call(const BACSTAC_ADDRESS& destination, std:
 
 void TransactionLayer::Impl::Run(BlockingCall& call, const BACSTAC_ADDRESS& destination, ICallObserver* observer,
                                  Millis begun) {
-    const Outcome sent = SendRequest(call.Work);
+    const Outcome sent = SendRequest(call);
     if (sent != Outcome::simple_ack) {
         End(call, sent);
         return;
     }
     // An observer may take its time, or call again: such a caller never leads.
     const Millis eagerUntil = observer == nullptr ? begun + EAGER_MS : begun;
-    Millis until = begun + call.Work.TimeoutMs();
+    Millis until = begun + call.Work.FirstWaitMs();
     for (Millis now = begun;; now = Core.Clock.Now()) {
         Wait(call, now, eagerUntil, observer == nullptr ? until : std::min(until, now + OBSERVE_MS));
         if (call.Finished())
@@ -198,8 +200,8 @@ void TransactionLayer::Impl::Run(BlockingCall& call, const BACSTAC_ADDRESS& dest
             break;
         case Transaction::Due::resend:
             Core.Resend(call.Key, call.Work, destination, now);
-            SendRequest(call.Work); // what the system refuses is as good as lost
-            until = now + call.Work.TimeoutMs();
+            SendRequest(call); // what the system refuses is as good as lost
+            until = due.Deadline;
             break;
         case Transaction::Due::finished:
             Core.Follow(due);

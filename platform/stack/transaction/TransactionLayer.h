@@ -35,7 +35,8 @@ struct RequestIndication {
     BACSTAC_ADDRESS Source{}; // From in the contract's form
     bool Broadcast = false;
     bool Confirmed = false;
-    Apdu Header; // Service, Payload; InvokeId and the rest when confirmed
+    // Service, Payload; InvokeId and the rest when confirmed. A segmented request comes whole, as if it had not been.
+    Apdu Header;
 };
 
 class IRequestHandler {
@@ -70,8 +71,9 @@ public:
     void Shutdown();
 
     // Sends request (the service's parameters) and waits for the answer. Any thread but a background thread. answer is
-    // cleared first. Lasts at most the timeout times one plus the retries, beside that the settings' RouterWaitMs, and
-    // AnswerTimeoutMs when the answer is segmented.
+    // cleared first. A request that does not fit into one APDU goes in segments when the options say that the device
+    // takes them. Lasts at most the timeout times one plus the retries, beside that the settings' RouterWaitMs, and
+    // AnswerTimeoutMs when the request is segmented, and again when the answer is.
     CallResult Call(const BACSTAC_ADDRESS& destination, std::uint8_t service, std::span<const std::uint8_t> request,
                     AnswerBuffer& answer, const CallOptions& options = {});
 

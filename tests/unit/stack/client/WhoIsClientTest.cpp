@@ -248,7 +248,7 @@ TEST_F(OwnDeviceTest, AnswersReadProperty) {
     EXPECT_EQ(Ask("00 05 07 0C 0C 02 00 00 4D 19 55"), "50 07 0C 91 02 91 20") << "unknown property";
     EXPECT_EQ(Ask("00 05 08 0C 0C 02"), "60 08 04") << "invalid tag";
     EXPECT_EQ(Ask("00 05 09 0F 0C 02"), "60 09 09") << "unrecognized service";
-    EXPECT_EQ(Ask("0C 05 0A 00 10 0C 0C 02"), "71 0A 04") << "no segmented requests";
+    EXPECT_EQ(Ask("0C 05 0A 00 10 0C 0C 02"), "41 0A 00 10") << "the first of several segments";
 }
 
 TEST_F(OwnDeviceTest, AnswersReadPropertyMultiple) {

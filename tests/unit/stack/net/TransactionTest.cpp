@@ -202,6 +202,31 @@ TEST_F(OneTransaction, AnAnswerThatIsTooLongIsAborted) {
     EXPECT_EQ(m_reply.Header.Reason, ABORT_BUFFER_OVERFLOW);
 }
 
+TEST_F(OneTransaction, AllSegmentedAnswersUnderWayShareOneBoundOfMemory) {
+    AssemblyBudget budget(10);
+    Transaction other;
+    AnswerBuffer otherAnswer;
+    Reply reply;
+    for (Transaction* transaction : {&m_transaction, &other})
+        transaction->Budget = &budget;
+    Begin();
+    other.InvokeId = 9;
+    other.Begin(m_settings, READ_PROPERTY, m_request, {}, otherAnswer, 0);
+    ASSERT_TRUE(Feed(Segment(0, true, m_payload)));
+    ASSERT_TRUE(other.OnPdu(Segment(0, true, m_payload), 0, reply));
+    ASSERT_TRUE(Feed(Segment(0, true, m_payload))) << "what is repeated takes nothing";
+    EXPECT_EQ(budget.Taken(), 8U);
+    ASSERT_TRUE(Feed(Segment(1, true, m_payload)));
+    EXPECT_EQ(m_transaction.Result().How, Outcome::answer_too_long);
+    EXPECT_TRUE(m_reply.Send);
+    EXPECT_EQ(m_reply.Header.Type, PduType::abort);
+    EXPECT_EQ(m_reply.Header.Reason, ABORT_OUT_OF_RESOURCES);
+    EXPECT_EQ(budget.Taken(), 4U) << "given back at the end";
+    ASSERT_TRUE(other.OnPdu(Segment(1, false, m_payload), 0, reply));
+    EXPECT_EQ(other.Result().How, Outcome::complex_ack);
+    EXPECT_EQ(budget.Taken(), 0U);
+}
+
 TEST_F(OneTransaction, AnAbortInTheMiddleOfSegmentsEndsIt) {
     Begin();
     ASSERT_TRUE(Feed(Segment(0, true, m_payload)));
