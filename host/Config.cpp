@@ -191,7 +191,58 @@ void ReadIdentity(CTableReader& reader, IdentityConfig& identity) {
     ReadGroups(reader, identity.groups);
 }
 
-void ReadNetwork(CTableReader& reader, std::vector<NetworkConfig>& networks) {
+bacnet::ForeignSettings ReadForeign(CTableReader& reader) {
+    bacnet::ForeignSettings foreign;
+    std::string address;
+    reader.Require("bbmd");
+    reader.Text("bbmd", 21, address);
+    reader.Check("bbmd", bacnet::ParseBipAddress(address, foreign.Bbmd),
+                 "must be an IPv4 address, with or without a port");
+    reader.Integer("ttl", bacnet::ForeignSettings::SHORTEST_TIME_TO_LIVE, 65535, foreign.TimeToLive);
+    return foreign;
+}
+
+// "a.b.c.d", "a.b.c.d:port", either with "/mask" behind it.
+bool ParseTableEntry(const std::string& text, bacnet::BdtEntry& entry) {
+    const std::size_t slash = text.find('/');
+    if (slash != std::string::npos) {
+        if (!bacnet::ParseIpV4(text.substr(slash + 1), entry.Mask))
+            return false;
+        const std::uint32_t hostPart = ~entry.Mask;
+        if ((hostPart & (hostPart + 1)) != 0) // ones, then zeros
+            return false;
+    }
+    return bacnet::ParseBipAddress(text.substr(0, slash), entry.Address);
+}
+
+bacnet::BbmdSettings ReadBbmd(CTableReader& reader) {
+    bacnet::BbmdSettings bbmd;
+    reader.Integer("foreign_devices", 0, bacnet::MAX_TABLE_ENTRIES, bbmd.ForeignDevices);
+    reader.Boolean("accept_write", bbmd.AcceptWrite);
+    const toml::node* node = reader.Take("table");
+    if (node == nullptr)
+        return bbmd;
+    const toml::array* array = node->as_array();
+    if (array == nullptr || (!array->empty() && !array->is_homogeneous(toml::node_type::string))) {
+        reader.Fault(*node, "table", "must be a list of addresses");
+        return bbmd;
+    }
+    if (array->size() > bacnet::MAX_TABLE_ENTRIES) {
+        reader.Fault(*node, "table", "has more than " + std::to_string(bacnet::MAX_TABLE_ENTRIES) + " entries");
+        return bbmd;
+    }
+    for (const toml::node& element : *array) {
+        bacnet::BdtEntry entry;
+        const std::string text = element.value<std::string>().value_or(std::string());
+        if (ParseTableEntry(text, entry))
+            bbmd.Table.push_back(entry);
+        else
+            reader.Fault(element, "table", "holds \"" + text + "\", which is not ADDRESS[:PORT][/MASK]");
+    }
+    return bbmd;
+}
+
+void ReadNetwork(CTableReader& reader, std::vector<NetworkConfig>& networks, Faults& faults) {
     NetworkConfig network;
     reader.Integer("number", 0, MAX_NETWORK, network.number);
     reader.Text("bind", 15, network.bind);
@@ -199,6 +250,10 @@ void ReadNetwork(CTableReader& reader, std::vector<NetworkConfig>& networks) {
     reader.Integer("port", 1, 65535, network.port);
     reader.Text("broadcast", 15, network.broadcast);
     reader.Check("broadcast", network.broadcast.empty() || IsIpv4(network.broadcast), "must be an IPv4 address");
+    ReadSection(reader, "foreign", faults, [&](CTableReader& r) { network.foreign = ReadForeign(r); });
+    ReadSection(reader, "bbmd", faults, [&](CTableReader& r) { network.bbmd = ReadBbmd(r); });
+    reader.Check("bbmd", !network.foreign, "and \"foreign\" exclude each other");
+    reader.Check("bbmd", network.bind != "0.0.0.0", "needs \"bind\" to be one address of this machine");
     const bool isNew = std::none_of(networks.begin(), networks.end(),
                                     [&](const NetworkConfig& other) { return other.number == network.number; });
     if (isNew)
@@ -289,7 +344,7 @@ void ReadRoot(const toml::table& table, Config& config, Faults& faults) {
         r.Integer("number", 0, 65535, config.stationNumber);
         r.Boolean("active", config.stationActive);
     });
-    ReadSections(root, "network", faults, [&](CTableReader& r) { ReadNetwork(r, config.networks); });
+    ReadSections(root, "network", faults, [&](CTableReader& r) { ReadNetwork(r, config.networks, faults); });
     ReadSection(root, "stack", faults, [&](CTableReader& r) {
         r.Integer("apdu_timeout_ms", 10, 600000, config.stack.apduTimeout);
         r.Integer("retries", 0, 10, config.stack.retries);

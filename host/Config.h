@@ -3,6 +3,7 @@
 #pragma once
 
 #include "api/kernel/TagDefinition.h"
+#include "platform/stack/transport/BroadcastSettings.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -30,6 +31,9 @@ struct NetworkConfig {
     std::string bind = "0.0.0.0"; // IPv4 address to receive on
     std::uint16_t port = 47808;   // 1..65535
     std::string broadcast;        // IPv4 address for broadcasts; empty: that of the network bind lies in
+    // At most one of these two.
+    std::optional<bacnet::ForeignSettings> foreign; // foreign = {bbmd = "ADDRESS", ttl = SECONDS}
+    std::optional<bacnet::BbmdSettings> bbmd;       // bbmd = {table, foreign_devices, accept_write}; needs a bind
 };
 
 // [stack]

@@ -37,6 +37,8 @@ bacnet::ClientConfig StackConfigOf(const Config& config, const std::string& fold
         port.BindAddress = network.bind == "0.0.0.0" ? "" : network.bind;
         port.UdpPort = network.port;
         port.BroadcastAddress = network.broadcast;
+        port.Foreign = network.foreign;
+        port.Bbmd = network.bbmd;
         stack.Ports.push_back(std::move(port));
     }
     stack.Transactions.TimeoutMs = config.stack.apduTimeout;

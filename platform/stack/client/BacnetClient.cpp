@@ -45,10 +45,26 @@ bool OpenPort(const ClientPort& settings, const std::shared_ptr<Capture>& record
         failure = "\"" + settings.BroadcastAddress + "\" is no IPv4 address";
         return false;
     }
+    bip.Foreign = settings.Foreign;
+    bip.Bbmd = settings.Bbmd;
+    bip.Report = [](bool error, const std::string& text) {
+        if (error)
+            ::LogErr("%s", text.c_str());
+        else
+            ::LogInf("%s", text.c_str());
+    };
     auto port = std::make_unique<BipPort>();
     failure = port->Open(bip);
-    links.push_back({std::move(port), settings.Network});
+    BipPort* const opened = port.get();
+    links.push_back({std::move(port), settings.Network, opened});
     return failure.empty();
+}
+
+std::vector<BipPort*> BipPortsOf(const std::vector<ClientLink>& links) {
+    std::vector<BipPort*> ports;
+    for (const ClientLink& link : links)
+        ports.push_back(link.Bip);
+    return ports;
 }
 
 } // namespace
@@ -69,14 +85,17 @@ std::unique_ptr<BacnetClient> BacnetClient::Open(const ClientConfig& config, std
         failure = "no BACnet port is configured";
         return nullptr;
     }
-    return std::make_unique<BacnetClient>(config, std::move(links));
+    auto client = std::make_unique<BacnetClient>(config, std::move(links));
+    client->m_network.AskForNumbers();
+    return client;
 }
 
 BacnetClient::BacnetClient(const ClientConfig& config, std::vector<ClientLink> links, const IClock* clock)
-    : m_links(std::move(links)), m_traits(clock != nullptr ? *clock : m_clock),
-      m_server(config.Device, config.Transactions),
+    : m_links(std::move(links)), m_networkAdmin(m_network, BipPortsOf(m_links)),
+      m_traits(clock != nullptr ? *clock : m_clock), m_server(config.Device, config.Transactions),
       m_transactions(
           [this]() -> NetworkLayer& {
+              m_network.SetReport([](const std::string& text) { ::LogErr("%s", text.c_str()); });
               for (const ClientLink& link : m_links)
                   m_network.AddPort(*link.Link, link.Network);
               return m_network;

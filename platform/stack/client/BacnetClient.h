@@ -9,6 +9,7 @@
 #include "platform/stack/client/ClientConfig.h"
 #include "platform/stack/client/DeviceServer.h"
 #include "platform/stack/client/IAmCallbacks.h"
+#include "platform/stack/client/NetworkAdmin.h"
 #include "platform/stack/client/NetworkStates.h"
 #include "platform/stack/client/PeerTraits.h"
 #include "platform/stack/directory/LiveDirectory.h"
@@ -31,6 +32,7 @@ class RequestBuffer;
 struct ClientLink {
     std::unique_ptr<IDataLink> Link;
     std::uint16_t Network = 0;
+    BipPort* Bip = nullptr; // Link, when it is one
 };
 
 class BacnetClient final : public CBacGeneral, private IRequestHandler {
@@ -47,6 +49,7 @@ public:
 
     TransactionLayer& Transactions() { return m_transactions; }
     LiveDirectory& Directory() { return m_directory; }
+    NetworkAdmin& Networks() { return m_networkAdmin; }
     // Sends an I-Am to all networks, as a device does when it starts.
     void Announce();
 
@@ -187,6 +190,7 @@ private:
     const SteadyClock m_clock;
     std::vector<ClientLink> m_links;
     NetworkLayer m_network;
+    NetworkAdmin m_networkAdmin;
     LiveDirectory m_directory;
     IAmCallbacks m_callbacks;
     NetworkStates m_networkStates;

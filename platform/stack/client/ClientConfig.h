@@ -3,9 +3,10 @@
 
 #include "api/bacnet/Types.h"
 #include "platform/stack/transaction/Settings.h"
-#include "platform/stack/transport/Bvll.h"
+#include "platform/stack/transport/BroadcastSettings.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ struct ClientPort {
     std::string BindAddress; // "a.b.c.d" of this machine; empty: all of its addresses
     std::uint16_t UdpPort = BACNET_IP_PORT;
     std::string BroadcastAddress; // empty: that of the bound address' network
+    // At most one of these; Bbmd needs a BindAddress.
+    std::optional<ForeignSettings> Foreign;
+    std::optional<BbmdSettings> Bbmd;
 };
 
 // The station as a BACnet device of its own.

@@ -231,8 +231,13 @@ bool NetworkLayer::WaitForRoute(std::uint16_t network, std::int64_t timeoutMs) {
 }
 
 std::vector<RouterEntry> NetworkLayer::Routers() const {
+    const std::int64_t now = m_now();
     const std::shared_lock lock(m_routesMutex);
-    return m_routes.List();
+    std::vector<RouterEntry> routers = m_routes.List();
+    for (RouterEntry& entry : routers)
+        if (entry.BusyUntil <= now)
+            entry.BusyUntil = 0;
+    return routers;
 }
 
 void NetworkLayer::RoutesChanged() {

@@ -6,7 +6,7 @@
 // what somebody outside of it forwards is not sent on at all, so nothing goes in circles.
 #pragma once
 
-#include "platform/stack/transport/BroadcastTables.h"
+#include "platform/stack/transport/BroadcastSettings.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,13 +14,6 @@
 #include <vector>
 
 namespace bacnet {
-
-struct BbmdSettings {
-    // The broadcast distribution table, at most MAX_TABLE_ENTRIES; this device itself is added when it is not in it.
-    std::vector<BdtEntry> Table;
-    std::size_t ForeignDevices = 64; // room for them, 0..MAX_TABLE_ENTRIES
-    bool AcceptWrite = false;        // other stations may replace the table until the port is opened anew
-};
 
 class Bbmd {
 public:

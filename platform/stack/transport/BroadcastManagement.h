@@ -17,11 +17,6 @@
 
 namespace bacnet {
 
-struct ForeignSettings {
-    BipAddress Bbmd;
-    std::uint16_t TimeToLive = 300; // seconds, at least 10
-};
-
 // How a port stands; what does not apply is empty.
 struct BroadcastStatus {
     std::optional<ForeignSettings> Foreign; // registered with

@@ -226,6 +226,63 @@ TEST(Config, RefusesTwoNetworksOfOneNumber) {
                 ElementsAre("2:1: [[network]]: \"number\" is missing"));
 }
 
+TEST(Config, ReadsWhatAPortDoesAboutBroadcasts) {
+    const Config config = Good(R"(
+[[network]]
+foreign = { bbmd = "10.1.1.1" }
+[[network]]
+number = 2
+foreign = { bbmd = "10.1.1.1:47809", ttl = 10 }
+[[network]]
+number = 3
+bind = "127.0.0.1"
+bbmd = {}
+[[network]]
+number = 4
+bind = "127.0.0.2"
+[network.bbmd]
+table = ["10.1.1.1", "10.2.1.1:47809/255.255.255.0"]
+foreign_devices = 0
+accept_write = true
+)");
+    ASSERT_EQ(config.networks.size(), 4U);
+    ASSERT_TRUE(config.networks[0].foreign);
+    EXPECT_FALSE(config.networks[0].bbmd);
+    EXPECT_EQ(config.networks[0].foreign->Bbmd, (bacnet::BipAddress{0x0A010101, 47808}));
+    EXPECT_EQ(config.networks[0].foreign->TimeToLive, 300);
+    EXPECT_EQ(config.networks[1].foreign->Bbmd.Port, 47809);
+    EXPECT_EQ(config.networks[1].foreign->TimeToLive, 10);
+    ASSERT_TRUE(config.networks[2].bbmd);
+    EXPECT_TRUE(config.networks[2].bbmd->Table.empty());
+    EXPECT_EQ(config.networks[2].bbmd->ForeignDevices, 64U);
+    EXPECT_FALSE(config.networks[2].bbmd->AcceptWrite);
+    ASSERT_TRUE(config.networks[3].bbmd);
+    EXPECT_EQ(config.networks[3].bbmd->Table,
+              (std::vector<bacnet::BdtEntry>{{{0x0A010101, 47808}}, {{0x0A020101, 47809}, 0xFFFFFF00}}));
+    EXPECT_EQ(config.networks[3].bbmd->ForeignDevices, 0U);
+    EXPECT_TRUE(config.networks[3].bbmd->AcceptWrite);
+}
+
+TEST(Config, RefusesBroadcastSettingsThatCannotWork) {
+    EXPECT_THAT(FaultsOf("[[network]]\nforeign = { ttl = 9 }\n"),
+                ElementsAre("2:11: [foreign]: \"bbmd\" is missing",
+                            "2:19: [foreign]: \"ttl\" must be a whole number from 10 to 65535"));
+    EXPECT_THAT(FaultsOf("[[network]]\nforeign = { bbmd = \"bbmd.example\" }\n"),
+                ElementsAre("2:20: [foreign]: \"bbmd\" must be an IPv4 address, with or without a port"));
+    EXPECT_THAT(FaultsOf("[[network]]\nbbmd = { foreign_devices = 129 }\n"),
+                ElementsAre("2:8: [[network]]: \"bbmd\" needs \"bind\" to be one address of this machine",
+                            "2:28: [bbmd]: \"foreign_devices\" must be a whole number from 0 to 128"));
+    EXPECT_THAT(FaultsOf("[[network]]\nbind = \"127.0.0.1\"\nforeign = { bbmd = \"10.1.1.1\" }\nbbmd = {}\n"),
+                ElementsAre("4:8: [[network]]: \"bbmd\" and \"foreign\" exclude each other"));
+    for (const char* entry : {"", "10.1.1", "10.1.1.1/24", "10.1.1.1/255.0.255.0", "10.1.1.1:0", "10.1.1.1/"})
+        EXPECT_THAT(
+            FaultsOf("[[network]]\nbind = \"127.0.0.1\"\nbbmd = { table = [\"" + std::string(entry) + "\"] }\n"),
+            ElementsAre("3:19: [bbmd]: \"table\" holds \"" + std::string(entry) +
+                        "\", which is not ADDRESS[:PORT][/MASK]"));
+    EXPECT_THAT(FaultsOf("[[network]]\nbind = \"127.0.0.1\"\nbbmd = { table = 3 }\n"),
+                ElementsAre("3:18: [bbmd]: \"table\" must be a list of addresses"));
+}
+
 TEST(Config, RefusesFilesOutsideTheDataFolder) {
     for (const char* name : {"", ".", "..", "../x", "/etc/x", "a/b"})
         EXPECT_EQ(FaultsOf("[settings]\nfile = \"" + std::string(name) + "\"\n").size(), 1U) << name;
