@@ -195,8 +195,10 @@ QLResult CFakeKernel::GetProductFolder(int folder, char* buffer, int) {
 }
 
 QLResult CFakeKernel::GetCurrentUserName(std::uint8_t gate, char* buffer) {
-    CopyText("operator", buffer, QL_USER_NAME_SIZE);
-    return Call("GetCurrentUserName", Text(gate));
+    const QLResult result = Call("GetCurrentUserName", Text(gate));
+    if (result == QL_OK)
+        CopyText("operator", buffer, QL_USER_NAME_SIZE);
+    return result;
 }
 
 void CFakeKernel::Trace(unsigned level, const char* text) {

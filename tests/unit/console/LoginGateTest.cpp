@@ -1,0 +1,150 @@
+#include "module/console/LoginGate.h"
+
+#include "api/kernel/UserManagement.h"
+#include "module/console/Operator.h"
+#include "tests/support/EventList.h"
+#include "tests/support/FakeKernel.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <deque>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// Logs in as the scripted users with the scripted results, in this order.
+class ScriptedUsers : public IQLUserManagement {
+public:
+    struct Login {
+        int result;
+        std::string user; // who logs in; a name that begins with "admin" is an administrator's
+    };
+    explicit ScriptedUsers(CEventList& events) : m_events(events) {}
+    std::deque<Login> m_logins;
+
+    int UMOpenLoginDlg(QWidget*, char* name) override {
+        m_events.Add(std::string("Login(") + name + ")");
+        if (m_logins.empty())
+            return UM_LOGIN_CANCELLED;
+        const Login login = m_logins.front();
+        m_logins.pop_front();
+        std::memset(name, 0xAA, QL_USER_NAME_SIZE); // the whole buffer is the callee's
+        std::strcpy(name, login.user.c_str());
+        return login.result;
+    }
+    bool UMIsUserAdministrator(const char* name) override {
+        m_events.Add(std::string("IsAdministrator(") + name + ")");
+        return std::strncmp(name, "admin", 5) == 0;
+    }
+
+private:
+    CEventList& m_events;
+};
+
+class RecordingOperator : public IOperator {
+public:
+    explicit RecordingOperator(CEventList& events) : m_events(events) {}
+    BoxAnswer ShowBox(const OperatorBox& box) override {
+        m_events.Add("Box(" + box.title + ", " + box.text + ")");
+        EXPECT_EQ(box.icon, BoxIcon::Error);
+        EXPECT_EQ(box.buttons, BoxButtons::Ok);
+        return BoxAnswer::Ok;
+    }
+    std::optional<std::string> PickFile(const FilePick&) override { return {}; }
+    std::optional<std::string> PickFolder(const std::string&, const std::string&) override { return {}; }
+
+private:
+    CEventList& m_events;
+};
+
+class FakeWindow : public IGatedWindow {
+public:
+    explicit FakeWindow(CEventList& events) : m_events(events) {}
+    bool m_isOnScreen = false;
+    bool m_isDisabled = false;
+
+    QWidget* GetWidget() override { return nullptr; }
+    bool IsOnScreen() const override { return m_isOnScreen; }
+    bool IsDisabled() const override { return m_isDisabled; }
+    void SetGateOpen(bool isOpen) override { m_events.Add(isOpen ? "disable" : "enable"); }
+    void ShowInFront() override { m_events.Add("show"); }
+
+private:
+    CEventList& m_events;
+};
+
+class LoginGate : public testing::Test {
+protected:
+    CEventList::Lines Pass(std::initializer_list<ScriptedUsers::Login> logins) {
+        m_users.m_logins = logins;
+        PassLoginGate({m_kernel, 7, m_users, m_operator}, m_window);
+        return m_events.Take();
+    }
+
+    CEventList m_events;
+    CFakeKernel m_kernel{m_events};
+    ScriptedUsers m_users{m_events};
+    RecordingOperator m_operator{m_events};
+    FakeWindow m_window{m_events};
+};
+
+TEST_F(LoginGate, LetsAnAdministratorInAfterOneLogin) {
+    EXPECT_THAT(Pass({{UM_LOGIN_OK, "admin"}}), ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)",
+                                                            "IsAdministrator(admin)", "enable", "show"));
+}
+
+TEST_F(LoginGate, ProposesAUserWhenTheKernelKnowsNone) {
+    m_kernel.SetResult("GetCurrentUserName", QL_NO_CONNECTION);
+    EXPECT_THAT(Pass({{UM_LOGIN_OK, "admin"}}), testing::Contains("Login(user)"));
+}
+
+TEST_F(LoginGate, AsksAgainWhoIsNoAdministrator) {
+    EXPECT_THAT(Pass({{UM_LOGIN_OK, "guest"}, {UM_LOGIN_OK, "admin"}}),
+                ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)", "IsAdministrator(guest)",
+                            "Box(Error, This user is not member of administrator group)", "Login(guest)",
+                            "IsAdministrator(admin)", "enable", "show"));
+}
+
+TEST_F(LoginGate, EndsAfterThreeWhoAreNone) {
+    const std::string refused = "Box(Error, This user is not member of administrator group)";
+    EXPECT_THAT(Pass({{UM_LOGIN_OK, "a"}, {UM_LOGIN_OK, "b"}, {UM_LOGIN_OK, "c"}, {UM_LOGIN_OK, "admin"}}),
+                ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)", "IsAdministrator(a)", refused,
+                            "Login(a)", "IsAdministrator(b)", refused, "Login(b)", "IsAdministrator(c)", refused,
+                            "enable"));
+}
+
+TEST_F(LoginGate, SaysNothingWhenTheOperatorGivesUp) {
+    EXPECT_THAT(Pass({{UM_LOGIN_CANCELLED, ""}, {UM_LOGIN_OK, "admin"}}),
+                ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)", "enable"));
+}
+
+TEST_F(LoginGate, TellsAFailedLoginOnceAndEnds) {
+    for (const int result : {-1014, -1008, -1006, -1005})
+        EXPECT_THAT(
+            Pass({{result, ""}, {UM_LOGIN_OK, "admin"}}),
+            ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)", "Box(Error, Login failed)", "enable"))
+            << result;
+    for (const int result : {-1, 5, 1007, -1013})
+        EXPECT_THAT(
+            Pass({{result, ""}, {UM_LOGIN_OK, "admin"}}),
+            ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)", "Box(Error, Login error)", "enable"))
+            << result;
+}
+
+TEST_F(LoginGate, RaisesAWindowThatIsOnTheScreenWithoutALogin) {
+    m_window.m_isOnScreen = true;
+    EXPECT_THAT(Pass({{UM_LOGIN_OK, "admin"}}), ElementsAre("show"));
+}
+
+TEST_F(LoginGate, StaysShutWhileTheWindowIsDisabled) {
+    m_window.m_isDisabled = true;
+    EXPECT_THAT(Pass({{UM_LOGIN_OK, "admin"}}), IsEmpty());
+    m_window.m_isOnScreen = true;
+    EXPECT_THAT(Pass({{UM_LOGIN_OK, "admin"}}), IsEmpty());
+}
+
+} // namespace
