@@ -68,8 +68,9 @@ struct DeviceConfig {
     std::uint32_t ProtocolRevision = 14;
     std::uint32_t MaxApdu = 1476; // 50 to 1476; what the device sends, too, is no longer
     bacnet::Segmentation Segmentation = bacnet::Segmentation::transmit;
-    std::uint8_t WindowSize = 16;          // of segmented answers, proposed; 1 to 127
-    std::uint32_t SegmentTimeoutMs = 2000; // waiting for a SegmentACK
+    std::uint8_t WindowSize = 16;          // of segmented answers, proposed, and of requests, the most; 1 to 127
+    std::uint32_t MaxSegments = 64;        // of one request, when the device receives segments
+    std::uint32_t SegmentTimeoutMs = 2000; // waiting for a SegmentACK; a request stops after four times this
     std::uint32_t SegmentRetries = 3;
     ByTimeForms ByTime = ByTimeForms::byRevision;
     std::vector<bacnet::ConfirmedService> LacksServices; // known to the simulator but not to this device

@@ -513,6 +513,7 @@ void ReadDevice(Table& table, DeviceConfig& device) {
     table.Integer("max_apdu", 50, 1476, device.MaxApdu);
     table.Word("segmentation", "\"both\", \"transmit\", \"receive\" or \"none\"", SegmentationOf, device.Segmentation);
     table.Integer("window", 1, 127, device.WindowSize);
+    table.Integer("max_segments", 2, 100'000, device.MaxSegments);
     table.Integer("segment_timeout_ms", 1, 60'000, device.SegmentTimeoutMs);
     table.Integer("segment_retries", 0, 255, device.SegmentRetries);
     table.Words("lacks", "services", ServiceOf, device.LacksServices);

@@ -153,6 +153,14 @@ void FaultList::Set(const std::vector<Fault>& faults) {
         m_active.push_back({fault, 0});
 }
 
+bool FaultList::IsSilent() const {
+    return std::any_of(m_active.begin(), m_active.end(), [](const Active& active) {
+        const Fault& fault = active.What;
+        return fault.Kind == FaultKind::silent && !fault.Service && !fault.Object && fault.Times == 0 &&
+               active.Seen >= fault.Skip;
+    });
+}
+
 FaultEffects FaultList::Hit(std::optional<bacnet::ConfirmedService> service, const BACSTAC_OBJECT_ID& object) {
     FaultEffects effects;
     for (Active& active : m_active) {

@@ -88,6 +88,8 @@ public:
     void Set(const std::vector<Fault>& faults);
     bool Empty() const { return m_active.empty(); }
 
+    // Nothing at all is answered from now on, until the faults are changed. Counts nothing.
+    bool IsSilent() const;
     // Counts a request and tells its effects. service is nothing for Who-Is, which faults bound to a service or an
     // object do not concern.
     FaultEffects Hit(std::optional<bacnet::ConfirmedService> service, const BACSTAC_OBJECT_ID& object);

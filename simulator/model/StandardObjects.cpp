@@ -233,6 +233,8 @@ void AddDeviceProperties(const DeviceConfig& config, Object& device) {
     device.Set(PROP_SEGMENTATION_SUPPORTED, Value::Enumerated(static_cast<std::uint32_t>(config.Segmentation)));
     device.Set(PROP_APDU_TIMEOUT, Value::Unsigned(3000));
     device.Set(PROP_NUMBER_OF_APDU_RETRIES, Value::Unsigned(3));
+    if (config.Segmentation == bacnet::Segmentation::both || config.Segmentation == bacnet::Segmentation::receive)
+        device.Set(PROP_MAX_SEGMENTS_ACCEPTED, Value::Unsigned(config.MaxSegments));
     if (config.Segmentation != bacnet::Segmentation::none)
         device.Set(PROP_APDU_SEGMENT_TIMEOUT, Value::Unsigned(config.SegmentTimeoutMs));
     device.Set(PROP_UTC_OFFSET, Value::Signed(0));

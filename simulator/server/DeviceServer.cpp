@@ -80,7 +80,10 @@ void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::sp
         return;
     switch (apdu.Type) {
     case PduType::confirmed_request:
-        OnRequest(context, from, apdu, octets);
+        if (apdu.Segmented)
+            OnRequestSegment(context, from, apdu);
+        else
+            OnRequest(context, from, apdu, octets);
         break;
     case PduType::unconfirmed_request:
         if (bacnet::WhoIs request; IsWhoIs(octets, request) && request.AsksFor(m_device.Instance()))
@@ -180,6 +183,32 @@ void DeviceServer::OnRequest(ServerContext& context, const Requester& from, cons
     Answer(context, from, apdu, effects);
 }
 
+// Faults apply to the request once it is whole; but a device that is silent altogether acknowledges nothing either.
+void DeviceServer::OnRequestSegment(ServerContext& context, const Requester& from, const Apdu& segment) {
+    const DeviceConfig& config = m_device.Config();
+    {
+        const auto lock = m_device.Lock();
+        if (m_device.Faults().IsSilent())
+            return;
+    }
+    if (config.Segmentation != bacnet::Segmentation::both && config.Segmentation != bacnet::Segmentation::receive) {
+        SendAbort(context, from, segment.InvokeId, bacnet::ABORT_SEGMENTATION_NOT_SUPPORTED, NO_EFFECTS);
+        return;
+    }
+    constexpr std::uint32_t SEGMENT_TIMEOUTS = 4;
+    const SegmentedRequests::Settings settings{config.WindowSize, config.MaxSegments,
+                                               SEGMENT_TIMEOUTS * config.SegmentTimeoutMs};
+    const SegmentedRequests::Step step = m_segmentedRequests.OnSegment(from, segment, settings, context.NowMs);
+    if (step.Answer) {
+        if (step.Answer->Type == PduType::abort)
+            m_device.Count(Counter::aborts);
+        SendPdu(context, from, *step.Answer, {}, NO_EFFECTS);
+    }
+    Apdu whole;
+    if (!step.Whole.empty() && bacnet::DecodeApdu(step.Whole, whole) == bacnet::ApduError::none)
+        OnRequest(context, from, whole, step.Whole);
+}
+
 void DeviceServer::AnswerHeld(ServerContext& context, const Requester& from, std::uint8_t invokeId) {
     const auto at = std::find_if(m_held.begin(), m_held.end(),
                                  [&](const Held& held) { return held.InvokeId == invokeId && held.From == from; });
@@ -239,8 +268,6 @@ AnswerRoom DeviceServer::RoomFor(const Apdu& request) const {
 
 Outcome DeviceServer::OutcomeOf(ServerContext& context, const Apdu& request, const AnswerRoom& room,
                                 const FaultEffects& effects) {
-    if (request.Segmented)
-        return Outcome::Abort(bacnet::ABORT_SEGMENTATION_NOT_SUPPORTED);
     if (effects.Refused) {
         const FaultEffects::Refusal& refusal = *effects.Refused;
         if (refusal.Kind == FaultKind::error)
@@ -421,6 +448,7 @@ void DeviceServer::OnSegmentAck(ServerContext& context, const Requester& from, c
 void DeviceServer::OnAbort(const Requester& from, std::uint8_t invokeId) {
     if (Slot* slot = FindSlot(from, invokeId))
         slot->Active = false;
+    m_segmentedRequests.OnAbort(from, invokeId);
 }
 
 } // namespace sim

@@ -7,6 +7,7 @@
 #include "simulator/model/Device.h"
 #include "simulator/server/FrameSender.h"
 #include "simulator/server/SegmentedAnswer.h"
+#include "simulator/server/SegmentedRequest.h"
 #include "simulator/server/Services.h"
 #include "simulator/server/TimerQueue.h"
 
@@ -76,6 +77,7 @@ private:
     void SendIAm(ServerContext& context, const Requester& from, bool toAll, bool globally);
     void OnRequest(ServerContext& context, const Requester& from, const bacnet::Apdu& apdu,
                    std::span<const std::uint8_t> octets);
+    void OnRequestSegment(ServerContext& context, const Requester& from, const bacnet::Apdu& segment);
     void AnswerHeld(ServerContext& context, const Requester& from, std::uint8_t invokeId);
     void Answer(ServerContext& context, const Requester& from, const bacnet::Apdu& request,
                 const FaultEffects& effects);
@@ -103,6 +105,7 @@ private:
     Origin m_origin;
     IAmMode m_iAm;
     std::vector<std::unique_ptr<Slot>> m_slots;
+    SegmentedRequests m_segmentedRequests;
     std::vector<Held> m_held;                          // requests that wait for their repetition
     std::unique_ptr<bacnet::UdpSocket> m_otherAddress; // opened when a fault first wants it
     std::unique_ptr<bacnet::UdpSocket> m_otherPort;
