@@ -54,6 +54,19 @@ struct ObjectConfig {
     bool Permanent = false;                    // clients may not delete it
 };
 
+// The backup and restore procedure of a device.
+struct BackupConfig {
+    // Configuration_Files. What is not among the device's objects is made, and holds the properties that can be
+    // written: backup and restore then really take them and put them back.
+    std::vector<BACSTAC_OBJECT_ID> Files;
+    std::uint32_t BackupPreparation = 0; // seconds, as are the others
+    std::uint32_t RestorePreparation = 0;
+    std::uint32_t CompletionTime = 0;     // System_Status stays so long after the end
+    std::uint32_t FailureTimeout = 300;   // without use of the files; 0: never
+    bool OldNumbers = false;              // preparation times are the properties 315 and 316
+    bool WithoutPreparationTimes = false; // the device does not tell them
+};
+
 // Which forms of ReadRange by time a device understands.
 enum class ByTimeForms : std::uint8_t {
     byRevision, // from protocol revision 4 on the present one, before it that of the 2001 standard
@@ -78,6 +91,10 @@ struct DeviceConfig {
     std::uint32_t Ip = 0;   // 127.x.y.z as a number; not for devices behind a router
     std::uint16_t Port = 0; // 0: the simulation's
     std::uint8_t Mac = 0;   // of a device behind a router
+
+    std::string Password;           // of ReinitializeDevice and DeviceCommunicationControl; empty: any will do
+    std::uint32_t RestartMs = 1000; // how long it is gone when it restarts
+    std::optional<BackupConfig> Backup;
 
     // What clients may create and delete; nothing: all that the standard knows, but devices and network ports.
     std::optional<std::vector<BACSTAC_OBJECT_TYPE>> Creates;

@@ -122,6 +122,17 @@ public:
             table.Finish();
         }
     }
+    // Calls read(Table&) for the table, if there is one.
+    void Single(std::string_view key, const std::function<void(Table&)>& read) {
+        const toml::node* node = Take(key);
+        if (node == nullptr)
+            return;
+        if (!node->is_table())
+            return Fault(*node, key, "has to be a table");
+        Table table(*node->as_table(), m_faults);
+        read(table);
+        table.Finish();
+    }
     void Require(std::string_view key) {
         if (!m_table.contains(key))
             m_faults.Add(m_table, "\"" + std::string(key) + "\" is missing");
@@ -484,6 +495,21 @@ void ReadObject(Table& table, DeviceConfig& device) {
     device.Objects.push_back(std::move(object));
 }
 
+void ReadBackup(Table& table, DeviceConfig& device) {
+    BackupConfig& backup = device.Backup.emplace();
+    table.Words("files", "objects \"file,1\"", ObjectIdOf, backup.Files);
+    for (const BACSTAC_OBJECT_ID& file : backup.Files)
+        if (file.Type != OBJ_FILE)
+            table.Fault(*table.Source().get("files"), "files", "has to name files");
+    table.Integer("preparation", 0, 65535, backup.BackupPreparation);
+    backup.RestorePreparation = backup.BackupPreparation;
+    table.Integer("restore_preparation", 0, 65535, backup.RestorePreparation);
+    table.Integer("completion", 0, 65535, backup.CompletionTime);
+    table.Integer("failure_timeout", 0, 65535, backup.FailureTimeout);
+    table.Boolean("old_numbers", backup.OldNumbers);
+    table.Boolean("without_preparation_times", backup.WithoutPreparationTimes);
+}
+
 void ReadFault(Table& table, DeviceConfig& device) {
     sim::Fault fault;
     table.Require("kind");
@@ -524,6 +550,9 @@ void ReadDevice(Table& table, DeviceConfig& device) {
         table.Words("creates", "object types", ObjectTypeOf, device.Creates.emplace());
     table.Integer("max_objects", 1, 4'194'304, device.MaxObjects);
     table.Tables("object", [&device](Table& object) { ReadObject(object, device); });
+    table.Text("password", device.Password);
+    table.Integer("restart_ms", 0, 600'000, device.RestartMs);
+    table.Single("backup", [&device](Table& backup) { ReadBackup(backup, device); });
     table.Tables("fault", [&device](Table& fault) { ReadFault(fault, device); });
 }
 

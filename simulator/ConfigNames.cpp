@@ -53,6 +53,7 @@ constexpr Word<FaultKind> FAULT_KINDS[] = {
     {"silent-in-answer", FaultKind::silentInAnswer},
     {"wrong-source", FaultKind::wrongSource},
     {"wrong-port", FaultKind::wrongPort},
+    {"restart", FaultKind::restart},
     {"truncate", FaultKind::truncate},
 };
 

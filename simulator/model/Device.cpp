@@ -1,5 +1,6 @@
 #include "simulator/model/Device.h"
 
+#include "platform/stack/codec/Reader.h"
 #include "platform/stack/schema/ObjectTypes.h"
 #include "simulator/model/DeviceObject.h"
 #include "simulator/model/FileObject.h"
@@ -16,7 +17,7 @@ Stats& Stats::operator+=(const Stats& other) {
 }
 
 Device::Device(const DeviceConfig& config, std::function<LocalTime()> clock)
-    : m_config(config), m_clock(std::move(clock)) {
+    : m_config(config), m_clock(std::move(clock)), m_backup(config.Backup.value_or(BackupConfig{})) {
     m_config.Objects.clear();
     m_config.Objects.shrink_to_fit();
     m_config.Faults.clear();
@@ -24,8 +25,7 @@ Device::Device(const DeviceConfig& config, std::function<LocalTime()> clock)
         m_config.Name = "Device " + std::to_string(m_config.Instance);
     m_faults.Set(config.Faults);
 
-    auto device = std::make_unique<DeviceObject>(
-        Id(), m_clock, [this]() -> const std::vector<BACSTAC_OBJECT_ID>& { return m_objectList; });
+    auto device = std::make_unique<DeviceObject>(Id(), *this);
     AddDeviceProperties(m_config, *device);
     Insert(std::move(device));
     m_objects.reserve(config.Objects.size() + 1);
@@ -38,6 +38,8 @@ Device::Device(const DeviceConfig& config, std::function<LocalTime()> clock)
             Insert(MakeObject(object));
         }
     }
+    if (m_config.Backup)
+        AddBackup();
 }
 
 Device::~Device() = default;
@@ -91,6 +93,11 @@ PropertyError Device::Write(BACSTAC_OBJECT_ID id, const WriteCommand& command) {
     const PropertyError error = object->Write(command, Now());
     if (error.Ok() && renames)
         NoteChange();
+    if (error.Ok() && id.Type == OBJ_DEVICE && command.Property == PROP_BACKUP_FAILURE_TIMEOUT) {
+        std::uint32_t seconds = 0;
+        bacnet::Reader(command.Value).Unsigned(seconds);
+        m_backup.SetFailureTimeout(seconds);
+    }
     return error;
 }
 
@@ -224,7 +231,7 @@ bool Device::SetLogEnabled(BACSTAC_OBJECT_ID log, bool enabled) {
     LogObject* object = FindLog(log);
     if (object == nullptr)
         return false;
-    object->SetEnabled(enabled, m_clock());
+    object->SetEnabled(enabled, Now());
     return true;
 }
 
@@ -233,7 +240,7 @@ bool Device::PurgeLog(BACSTAC_OBJECT_ID log) {
     LogObject* object = FindLog(log);
     if (object == nullptr)
         return false;
-    object->Purge(m_clock());
+    object->Purge(Now());
     return true;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "simulator/Config.h"
+#include "simulator/model/BackupProcedure.h"
 #include "simulator/model/LogObject.h"
 
 #include <array>
@@ -12,7 +13,11 @@
 
 namespace sim {
 
-class DeviceObject;
+// BACnetRestartReason, as far as the simulator restarts.
+enum class RestartReason : std::uint32_t { unknown = 0, coldstart = 1, warmstart = 2 };
+
+// As DeviceCommunicationControl numbers them.
+enum class Communication : std::uint8_t { enabled = 0, disabled = 1, initiationDisabled = 2 };
 
 enum class Counter : std::uint8_t {
     readProperty, // requests
@@ -74,6 +79,12 @@ public:
     std::optional<Value> GetProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property) const; // stored ones
     std::vector<BACSTAC_OBJECT_ID> ObjectList() const; // the device object first
 
+    // Every log gets a record of the change.
+    void SetClock(LocalTime now);
+    Communication CommunicationState() const;
+    BackupState GetBackupState() const;
+    void SetSystemStatus(std::uint32_t status); // what it is outside backup and restore; 0 at first: operational
+
     bool Append(BACSTAC_OBJECT_ID log, LogRecord record);
     bool Generate(BACSTAC_OBJECT_ID log, std::uint64_t count);
     void GenerateAll(std::uint64_t count); // in every enabled log that has a generator
@@ -100,7 +111,25 @@ public:
     PropertyError Create(const ObjectConfig& config);
     PropertyError Delete(BACSTAC_OBJECT_ID id);
     bool IsNameTaken(std::span<const std::uint8_t> name, const Object* except = nullptr) const; // name as encoded
-    LocalTime Now() const { return m_clock(); }
+    LocalTime Now() const { return m_clock() + m_clockOffset; }
+    LocalTime Uptime() const { return m_clock(); } // what no client can change
+    const std::vector<BACSTAC_OBJECT_ID>& Objects() const { return m_objectList; }
+
+    void AdjustClock(LocalTime now);
+    LocalTime FromUtc(LocalTime utc) const;
+    bool IsPassword(std::span<const std::uint8_t> encoded) const; // encoded: empty when none was given
+    PropertyError ControlCommunication(Communication state, std::uint32_t minutes); // 0: until further notice
+    Communication GetCommunication() const;
+    void NoteRestart(RestartReason reason);
+    std::uint32_t SystemStatus() const;
+    const BackupProcedure& Backup() const { return m_backup; }
+    PropertyError StartBackup();
+    PropertyError EndBackup();
+    PropertyError StartRestore();
+    PropertyError EndRestore();
+    PropertyError AbortRestore();
+    // Before a file is read or written: refuses while the device prepares itself.
+    PropertyError UseFile(BACSTAC_OBJECT_ID file);
     const FaultList& Faults() const { return m_faults; }
     FaultList& Faults() { return m_faults; }
     void Count(Counter counter) {
@@ -114,6 +143,8 @@ private:
     static std::uint32_t KeyOf(BACSTAC_OBJECT_ID id) { return id.Type << 22 | (id.Instance & BACSTAC_MAX_INSTANCE); }
     LogObject* FindLog(BACSTAC_OBJECT_ID id) const;
     bool Creates(BACSTAC_OBJECT_TYPE type) const;
+    void AddBackup();
+    FileObject* FindSnapshot() const;
     void Erase(BACSTAC_OBJECT_ID id);
     bool Insert(std::unique_ptr<Object> object);
     void NoteChange(); // of the object list: Database_Revision
@@ -130,6 +161,12 @@ private:
     std::vector<BACSTAC_OBJECT_ID> m_objectList; // as they were added
     std::uint32_t m_databaseRevision = 1;
     FaultList m_faults;
+    std::atomic<LocalTime> m_clockOffset = 0;
+    Communication m_communication = Communication::enabled;
+    LocalTime m_communicationUntil = 0; // uptime; 0: until further notice
+    std::uint32_t m_systemStatus = 0;
+    BackupProcedure m_backup;
+    std::optional<BACSTAC_OBJECT_ID> m_snapshot; // the file that holds the device's own configuration
     std::array<std::atomic<std::uint64_t>, static_cast<std::size_t>(Counter::count)> m_counters{};
 };
 

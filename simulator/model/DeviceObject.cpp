@@ -1,45 +1,50 @@
 #include "simulator/model/DeviceObject.h"
 
-#include <utility>
+#include "simulator/model/Device.h"
+
+#include <algorithm>
 
 namespace sim {
 
 namespace {
 
-constexpr BACSTAC_PROPERTY_ID COMPUTED[] = {PROP_OBJECT_LIST, PROP_LOCAL_TIME, PROP_LOCAL_DATE};
+// The last one is that of devices with a backup procedure.
+constexpr BACSTAC_PROPERTY_ID COMPUTED[] = {PROP_OBJECT_LIST, PROP_LOCAL_TIME, PROP_LOCAL_DATE, PROP_SYSTEM_STATUS,
+                                            PROP_BACKUP_AND_RESTORE_STATE};
 
 } // namespace
 
-DeviceObject::DeviceObject(BACSTAC_OBJECT_ID id, std::function<LocalTime()> clock,
-                           std::function<const std::vector<BACSTAC_OBJECT_ID>&()> objectList)
-    : Object(id), m_clock(std::move(clock)), m_objectList(std::move(objectList)) {}
-
 std::optional<PropertyError> DeviceObject::Compute(BACSTAC_PROPERTY_ID property, std::uint32_t index,
                                                    bacnet::Writer& to) const {
-    switch (property) {
-    case PROP_OBJECT_LIST: {
-        const auto& list = m_objectList();
+    if (property == PROP_OBJECT_LIST) {
+        const auto& list = m_device.Objects();
         return ReadArray(static_cast<std::uint32_t>(list.size()), index, to,
                          [&list](bacnet::Writer& out, std::uint32_t i) { out.ObjectId(list[i]); });
     }
-    case PROP_LOCAL_TIME:
-    case PROP_LOCAL_DATE: {
-        if (index != WHOLE)
-            return NOT_AN_ARRAY;
-        const BACSTAC_DATE_TIME now = ToDateTime(m_clock());
-        if (property == PROP_LOCAL_TIME)
-            to.Time(now.Time);
-        else
-            to.Date(now.Date);
-        return PropertyError{};
-    }
-    default:
+    const auto computed = Computed();
+    if (std::find(computed.begin(), computed.end(), property) == computed.end())
         return std::nullopt;
+    if (index != WHOLE)
+        return NOT_AN_ARRAY;
+    switch (property) {
+    case PROP_LOCAL_TIME:
+        to.Time(ToDateTime(m_device.Now()).Time);
+        break;
+    case PROP_LOCAL_DATE:
+        to.Date(ToDateTime(m_device.Now()).Date);
+        break;
+    case PROP_SYSTEM_STATUS:
+        to.Enumerated(m_device.SystemStatus());
+        break;
+    default:
+        to.Enumerated(static_cast<std::uint32_t>(m_device.Backup().GetState(m_device.Uptime())));
+        break;
     }
+    return PropertyError{};
 }
 
 std::span<const BACSTAC_PROPERTY_ID> DeviceObject::Computed() const {
-    return COMPUTED;
+    return std::span(COMPUTED).first(std::size(COMPUTED) - (m_device.Config().Backup ? 0 : 1));
 }
 
 } // namespace sim

@@ -1,18 +1,17 @@
-// The Device object (clause 12.11) of a simulated device: its object list and its clock are computed.
+// The Device object (clause 12.11) of a simulated device: its object list, its clock and its state are computed. Not
+// thread-safe: the device locks.
 #pragma once
 
 #include "simulator/model/Object.h"
-#include "simulator/model/SimTime.h"
-
-#include <functional>
 
 namespace sim {
 
+class Device;
+
 class DeviceObject final : public Object {
 public:
-    // Both functions are called under the device's lock and live as long as the device.
-    DeviceObject(BACSTAC_OBJECT_ID id, std::function<LocalTime()> clock,
-                 std::function<const std::vector<BACSTAC_OBJECT_ID>&()> objectList);
+    // The device owns this object.
+    explicit DeviceObject(BACSTAC_OBJECT_ID id, const Device& device) : Object(id), m_device(device) {}
 
 protected:
     std::optional<PropertyError> Compute(BACSTAC_PROPERTY_ID property, std::uint32_t index,
@@ -20,8 +19,7 @@ protected:
     std::span<const BACSTAC_PROPERTY_ID> Computed() const override;
 
 private:
-    std::function<LocalTime()> m_clock;
-    std::function<const std::vector<BACSTAC_OBJECT_ID>&()> m_objectList;
+    const Device& m_device;
 };
 
 } // namespace sim

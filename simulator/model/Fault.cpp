@@ -59,6 +59,10 @@ void Apply(const Fault& fault, std::uint64_t number, FaultEffects& effects) {
     case FaultKind::wrongPort:
         effects.WrongPort = true;
         break;
+    case FaultKind::restart:
+        effects.Restart = true;
+        effects.RestartMs = fault.DelayMs;
+        break;
     case FaultKind::truncate:
         effects.OctetLimit = std::min(effects.OctetLimit, fault.Octets);
         break;
@@ -115,6 +119,12 @@ Fault Fault::WrongSource() {
 
 Fault Fault::WrongPort() {
     return Of(FaultKind::wrongPort);
+}
+
+Fault Fault::Restart(std::uint32_t milliseconds) {
+    Fault fault = Of(FaultKind::restart);
+    fault.DelayMs = milliseconds;
+    return fault;
 }
 
 Fault Fault::TruncateTo(std::uint32_t octets) {

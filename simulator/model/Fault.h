@@ -23,6 +23,7 @@ enum class FaultKind : std::uint8_t {
     silentInAnswer, // of a segmented answer only the first Segments segments are ever sent
     wrongSource,    // answers from another IP address
     wrongPort,      // answers from another port of its own IP address
+    restart,        // does not answer, and restarts: it is gone for DelayMs and then announces itself
     truncate,       // of every answer only the first Octets octets of the APDU are sent
 };
 
@@ -53,6 +54,7 @@ struct Fault {
     static Fault SilentAfterSegments(std::uint32_t segments);
     static Fault WrongSource();
     static Fault WrongPort();
+    static Fault Restart(std::uint32_t milliseconds);
     static Fault TruncateTo(std::uint32_t octets);
 
     Fault OnlyFor(bacnet::ConfirmedService service) const;
@@ -76,6 +78,8 @@ struct FaultEffects {
     bool WrongInvokeId = false;
     bool WrongSource = false;
     bool WrongPort = false;
+    bool Restart = false; // gone for RestartMs
+    std::uint32_t RestartMs = 0;
     std::uint32_t DelayMs = 0;
     std::uint32_t SegmentLimit = NO_LIMIT;
     std::uint32_t OctetLimit = NO_LIMIT;

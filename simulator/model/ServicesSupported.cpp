@@ -17,16 +17,26 @@ struct ServiceBit {
 };
 
 constexpr ServiceBit CONFIRMED[] = {
-    {ConfirmedService::atomicReadFile, 6}, {ConfirmedService::atomicWriteFile, 7},
-    {ConfirmedService::addListElement, 8}, {ConfirmedService::removeListElement, 9},
-    {ConfirmedService::createObject, 10},  {ConfirmedService::deleteObject, 11},
-    {ConfirmedService::readProperty, 12},  {ConfirmedService::readPropertyMultiple, 14},
-    {ConfirmedService::writeProperty, 15}, {ConfirmedService::writePropertyMultiple, 16},
+    {ConfirmedService::atomicReadFile, 6},
+    {ConfirmedService::atomicWriteFile, 7},
+    {ConfirmedService::addListElement, 8},
+    {ConfirmedService::removeListElement, 9},
+    {ConfirmedService::createObject, 10},
+    {ConfirmedService::deleteObject, 11},
+    {ConfirmedService::readProperty, 12},
+    {ConfirmedService::readPropertyMultiple, 14},
+    {ConfirmedService::writeProperty, 15},
+    {ConfirmedService::writePropertyMultiple, 16},
+    {ConfirmedService::deviceCommunicationControl, 17},
+    {ConfirmedService::reinitializeDevice, 20},
     {ConfirmedService::readRange, 35},
 };
 
 constexpr unsigned UNCONFIRMED[] = {
+    32, // time-Synchronization
+    33, // who-Has
     34, // who-Is
+    36, // utc-Time-Synchronization
 };
 
 } // namespace

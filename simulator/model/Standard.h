@@ -42,6 +42,7 @@ enum ErrorCode : std::uint32_t {
     CODE_VALUE_OUT_OF_RANGE = 37,
     CODE_WRITE_ACCESS_DENIED = 40,
     CODE_INVALID_ARRAY_INDEX = 42,
+    CODE_OPTIONAL_FUNCTIONALITY_NOT_SUPPORTED = 45,
     CODE_INVALID_CONFIGURATION_DATA = 46,
     CODE_DUPLICATE_NAME = 48,
     CODE_DUPLICATE_OBJECT_ID = 49,
@@ -54,10 +55,15 @@ enum ErrorCode : std::uint32_t {
     CODE_LIST_ITEM_NOT_TIMESTAMPED = 141,
 };
 
+// What devices of drafts of the standard have instead of 339 and 341.
+inline constexpr BACSTAC_PROPERTY_ID OLD_BACKUP_PREPARATION_TIME = 315;
+inline constexpr BACSTAC_PROPERTY_ID OLD_RESTORE_PREPARATION_TIME = 316;
+
 // Reject and abort reasons that platform/stack/network/Apdu.h does not name (clauses 18.9 and 18.10).
 inline constexpr std::uint8_t REJECT_INVALID_TAG = 4;
 inline constexpr std::uint8_t REJECT_MISSING_REQUIRED_PARAMETER = 5;
 inline constexpr std::uint8_t REJECT_PARAMETER_OUT_OF_RANGE = 6;
+inline constexpr std::uint8_t REJECT_UNDEFINED_ENUMERATION = 8;
 
 // Object types, beyond those that api/bacnet/Enums.h names.
 inline constexpr BACSTAC_OBJECT_TYPE OBJ_NOTIFICATION_CLASS = 15;
@@ -154,6 +160,7 @@ inline constexpr BACSTAC_PROPERTY_ID PROP_CURRENT_COMMAND_PRIORITY = 431;
 
 // Protocol revisions that change what a device answers.
 inline constexpr unsigned REVISION_BY_TIME = 4;        // ReadRange by time with context tag 7, sequence numbers
+inline constexpr unsigned REVISION_NO_DISABLE = 20;    // DeviceCommunicationControl refuses "disable"
 inline constexpr unsigned REVISION_PROPERTY_LIST = 14; // every object has Property_List
 
 } // namespace sim

@@ -215,7 +215,7 @@ void AddDeviceProperties(const DeviceConfig& config, Object& device) {
     device.Set(PROP_OBJECT_TYPE, Value::Enumerated(OBJ_DEVICE));
     if (!config.Description.empty())
         device.Set(PROP_DESCRIPTION, Value::String(config.Description));
-    device.Set(PROP_SYSTEM_STATUS, Value::Enumerated(0));
+
     device.Set(PROP_VENDOR_NAME, Value::String("Simulation"));
     device.Set(PROP_VENDOR_IDENTIFIER, Value::Unsigned(config.VendorId));
     device.Set(PROP_MODEL_NAME, Value::String("bdcsim"));

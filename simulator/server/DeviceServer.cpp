@@ -46,6 +46,12 @@ BACSTAC_OBJECT_ID ObjectOf(std::span<const std::uint8_t> parameters) {
     return id;
 }
 
+// While its communication is disabled (clause 16.1).
+bool IsServedAlways(std::uint8_t service) {
+    return service == static_cast<std::uint8_t>(ConfirmedService::deviceCommunicationControl) ||
+           service == static_cast<std::uint8_t>(ConfirmedService::reinitializeDevice);
+}
+
 std::size_t SegmentsOf(bacnet::MaxSegments code) {
     if (code == bacnet::MaxSegments::unspecified || code == bacnet::MaxSegments::more_than_64)
         return MAX_ANSWER; // as many as there are octets
@@ -62,13 +68,6 @@ Apdu Header(PduType type, const Apdu& request) {
 
 } // namespace
 
-bool IsWhoIs(std::span<const std::uint8_t> octets, bacnet::WhoIs& request) {
-    Apdu apdu;
-    return bacnet::DecodeApdu(octets, apdu) == bacnet::ApduError::none && apdu.Type == PduType::unconfirmed_request &&
-           apdu.Service == static_cast<std::uint8_t>(bacnet::UnconfirmedService::whoIs) &&
-           bacnet::DecodeWhoIs(apdu.Payload, request);
-}
-
 DeviceServer::DeviceServer(Device& device, const Origin& origin, IAmMode iAm)
     : m_device(device), m_origin(origin), m_iAm(iAm) {}
 
@@ -76,7 +75,7 @@ DeviceServer::DeviceServer(Device& device, const Origin& origin, IAmMode iAm)
 
 void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::span<const std::uint8_t> octets) {
     Apdu apdu;
-    if (bacnet::DecodeApdu(octets, apdu) != bacnet::ApduError::none)
+    if (IsGone(context) || bacnet::DecodeApdu(octets, apdu) != bacnet::ApduError::none)
         return;
     switch (apdu.Type) {
     case PduType::confirmed_request:
@@ -86,8 +85,10 @@ void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::sp
             OnRequest(context, from, apdu, octets);
         break;
     case PduType::unconfirmed_request:
-        if (bacnet::WhoIs request; IsWhoIs(octets, request) && request.AsksFor(m_device.Instance()))
-            OnWhoIs(context, from, false, false, 0);
+        if (UnconfirmedRequest request; ReadUnconfirmed(octets, request)) {
+            Pacer atOnce(0);
+            OnUnconfirmed(context, from, request, false, false, atOnce);
+        }
         break;
     case PduType::segment_ack:
         if (!apdu.FromServer)
@@ -102,10 +103,26 @@ void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::sp
     }
 }
 
-void DeviceServer::OnBroadcast(ServerContext& context, const Requester& from, const bacnet::WhoIs& request,
+void DeviceServer::OnBroadcast(ServerContext& context, const Requester& from, const UnconfirmedRequest& request,
                                bool globally, Pacer& pacer) {
-    if (request.AsksFor(m_device.Instance()))
-        OnWhoIs(context, from, m_iAm == IAmMode::broadcast, globally, pacer.NextDelayMs());
+    if (!IsGone(context))
+        OnUnconfirmed(context, from, request, m_iAm == IAmMode::broadcast, globally, pacer);
+}
+
+void DeviceServer::OnUnconfirmed(ServerContext& context, const Requester& from, const UnconfirmedRequest& request,
+                                 bool toAll, bool globally, Pacer& pacer) {
+    switch (request.Service) {
+    case bacnet::UnconfirmedService::whoIs:
+        if (request.Who.AsksFor(m_device.Instance()))
+            OnWhoIs(context, from, toAll, globally, pacer.NextDelayMs());
+        break;
+    case bacnet::UnconfirmedService::whoHas:
+        OnWhoHas(context, from, request.Parameters, toAll, globally);
+        break;
+    default:
+        SynchronizeTime(m_device, request);
+        break;
+    }
 }
 
 void DeviceServer::OnWhoIs(ServerContext& context, const Requester& from, bool toAll, bool globally,
@@ -114,6 +131,8 @@ void DeviceServer::OnWhoIs(ServerContext& context, const Requester& from, bool t
     FaultEffects effects;
     {
         const auto lock = m_device.Lock();
+        if (m_device.GetCommunication() == Communication::disabled)
+            return;
         if (!m_device.Faults().Empty())
             effects = m_device.Faults().Hit(std::nullopt, m_device.Id());
     }
@@ -133,17 +152,51 @@ void DeviceServer::SendIAm(ServerContext& context, const Requester& from, bool t
     bacnet::Writer writer(parameters);
     bacnet::EncodeIAm(
         {config.Instance, config.MaxApdu, static_cast<std::uint32_t>(config.Segmentation), config.VendorId}, writer);
+    SendUnconfirmed(context, bacnet::UnconfirmedService::iAm, writer.Written(), from, toAll, globally);
+}
+
+void DeviceServer::OnWhoHas(ServerContext& context, const Requester& from, std::span<const std::uint8_t> parameters,
+                            bool toAll, bool globally) {
+    std::vector<std::uint8_t> found;
+    {
+        const auto lock = m_device.Lock();
+        if (m_device.GetCommunication() == Communication::disabled ||
+            m_device.Faults().Hit(std::nullopt, m_device.Id()).Silent)
+            return;
+        found = AnswerWhoHas(m_device, parameters);
+    }
+    if (!found.empty())
+        SendUnconfirmed(context, bacnet::UnconfirmedService::iHave, found, from, toAll, globally);
+}
+
+void DeviceServer::SendUnconfirmed(ServerContext& context, bacnet::UnconfirmedService service,
+                                   std::span<const std::uint8_t> parameters, const Requester& from, bool toAll,
+                                   bool globally) {
     bacnet::Frame& frame = context.Out.Begin();
-    frame.Append(writer.Written());
+    frame.Append(parameters);
     Apdu header;
     header.Type = PduType::unconfirmed_request;
-    header.Service = static_cast<std::uint8_t>(bacnet::UnconfirmedService::iAm);
+    header.Service = static_cast<std::uint8_t>(service);
     bacnet::PrependApdu(frame, header);
     if (!toAll)
         context.Out.Send(m_origin, from);
     else
         context.Out.Broadcast(m_origin, globally ? bacnet::GLOBAL_BROADCAST : from.Network);
     m_device.Count(Counter::answers);
+}
+
+// It forgets what it was about, and announces itself when it is there again.
+void DeviceServer::Restart(ServerContext& context, std::uint32_t milliseconds, RestartReason reason) {
+    {
+        const auto lock = m_device.Lock();
+        m_device.NoteRestart(reason);
+    }
+    for (const auto& slot : m_slots)
+        slot->Active = false;
+    m_held.clear();
+    m_goneUntilMs = context.NowMs + milliseconds;
+    const Deferred announcement{{}, true, m_origin.Network != 0, {}, {}};
+    context.Timers.Push({m_goneUntilMs, 0, this, 0, std::make_shared<Deferred>(announcement)});
 }
 
 void DeviceServer::OnRequest(ServerContext& context, const Requester& from, const Apdu& apdu,
@@ -153,12 +206,19 @@ void DeviceServer::OnRequest(ServerContext& context, const Requester& from, cons
     bool faulty = false;
     {
         const auto lock = m_device.Lock();
+        if (m_device.GetCommunication() == Communication::disabled && !IsServedAlways(apdu.Service))
+            return;
         faulty = !m_device.Faults().Empty();
         if (faulty)
             effects = m_device.Faults().Hit(static_cast<ConfirmedService>(apdu.Service), ObjectOf(apdu.Payload));
     }
     if (!faulty && m_held.empty()) {
         Answer(context, from, apdu, NO_EFFECTS);
+        return;
+    }
+    if (effects.Restart) {
+        m_device.Count(Counter::withheld);
+        Restart(context, effects.RestartMs, RestartReason::unknown);
         return;
     }
     if (effects.Silent) {
@@ -221,6 +281,8 @@ void DeviceServer::AnswerHeld(ServerContext& context, const Requester& from, std
 
 void DeviceServer::OnTimer(ServerContext& context, const Timer& timer) {
     if (timer.Request != nullptr) {
+        if (IsGone(context))
+            return;
         const Deferred& later = *timer.Request;
         Apdu apdu;
         if (later.Apdu.empty())
@@ -311,6 +373,8 @@ void DeviceServer::Answer(ServerContext& context, const Requester& from, const A
         SendAbort(context, from, request.InvokeId, static_cast<std::uint8_t>(outcome.Code), effects);
         break;
     }
+    if (outcome.Restarts)
+        Restart(context, m_device.Config().RestartMs, outcome.Reason);
 }
 
 void DeviceServer::SendAbort(ServerContext& context, const Requester& to, std::uint8_t invokeId, std::uint8_t reason,

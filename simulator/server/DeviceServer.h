@@ -3,14 +3,16 @@
 #pragma once
 
 #include "platform/stack/network/Apdu.h"
-#include "platform/stack/services/WhoIs.h"
+
 #include "simulator/model/Device.h"
 #include "simulator/server/FrameSender.h"
 #include "simulator/server/SegmentedAnswer.h"
 #include "simulator/server/SegmentedRequest.h"
 #include "simulator/server/Services.h"
 #include "simulator/server/TimerQueue.h"
+#include "simulator/server/Unconfirmed.h"
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -36,9 +38,6 @@ private:
     std::uint32_t m_count = 0;
 };
 
-// True for an APDU that is a Who-Is, the only service to all that devices answer.
-bool IsWhoIs(std::span<const std::uint8_t> apdu, bacnet::WhoIs& request);
-
 class DeviceServer {
 public:
     // origin's socket is borrowed and has to be open while requests come.
@@ -48,8 +47,8 @@ public:
 
     // An APDU for this device alone.
     void OnApdu(ServerContext& context, const Requester& from, std::span<const std::uint8_t> apdu);
-    // A Who-Is for all. Any server thread. globally: it went to all networks.
-    void OnBroadcast(ServerContext& context, const Requester& from, const bacnet::WhoIs& request, bool globally,
+    // A request for all. Any server thread. globally: it went to all networks.
+    void OnBroadcast(ServerContext& context, const Requester& from, const UnconfirmedRequest& request, bool globally,
                      Pacer& pacer);
     // The thread that set the timer.
     void OnTimer(ServerContext& context, const Timer& timer);
@@ -73,8 +72,16 @@ private:
         FaultEffects Effects;
     };
 
+    void OnUnconfirmed(ServerContext& context, const Requester& from, const UnconfirmedRequest& request, bool toAll,
+                       bool globally, Pacer& pacer);
     void OnWhoIs(ServerContext& context, const Requester& from, bool toAll, bool globally, std::uint32_t delayMs);
     void SendIAm(ServerContext& context, const Requester& from, bool toAll, bool globally);
+    void OnWhoHas(ServerContext& context, const Requester& from, std::span<const std::uint8_t> parameters, bool toAll,
+                  bool globally);
+    void SendUnconfirmed(ServerContext& context, bacnet::UnconfirmedService service,
+                         std::span<const std::uint8_t> parameters, const Requester& from, bool toAll, bool globally);
+    bool IsGone(const ServerContext& context) const { return context.NowMs < m_goneUntilMs; }
+    void Restart(ServerContext& context, std::uint32_t milliseconds, RestartReason reason);
     void OnRequest(ServerContext& context, const Requester& from, const bacnet::Apdu& apdu,
                    std::span<const std::uint8_t> octets);
     void OnRequestSegment(ServerContext& context, const Requester& from, const bacnet::Apdu& segment);
@@ -104,6 +111,7 @@ private:
     Device& m_device;
     Origin m_origin;
     IAmMode m_iAm;
+    std::atomic<std::int64_t> m_goneUntilMs = 0; // a restart is under way
     std::vector<std::unique_ptr<Slot>> m_slots;
     SegmentedRequests m_segmentedRequests;
     std::vector<Held> m_held;                          // requests that wait for their repetition

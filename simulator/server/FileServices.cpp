@@ -36,6 +36,8 @@ FileObject* FindFile(const ServiceCall& call, BACSTAC_OBJECT_ID id, std::uint32_
         error = NOT_A_FILE;
     else if (file->IsOfRecords() != (access == BACSTAC_FILE_RECORD))
         error = WRONG_ACCESS;
+    if (error.Ok())
+        error = call.Dut.UseFile(id);
     return error.Ok() ? file : nullptr;
 }
 

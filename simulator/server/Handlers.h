@@ -33,6 +33,10 @@ Outcome AtomicWriteFile(const ServiceCall& call);
 Outcome CreateObject(const ServiceCall& call);
 Outcome DeleteObject(const ServiceCall& call);
 
+// ManagementServices.cpp: clauses 16.1 and 16.4.
+Outcome DeviceCommunicationControl(const ServiceCall& call);
+Outcome ReinitializeDevice(const ServiceCall& call);
+
 // ---- parts that they share
 
 std::uint32_t IndexOf(const bacnet::PropertyTarget& target); // or WHOLE

@@ -65,8 +65,8 @@ void RouterServer::OnBroadcast(ServerContext& context, const bacnet::BipAddress&
 }
 
 void RouterServer::ForwardBroadcast(ServerContext& context, const Requester& from, const bacnet::Npdu& npdu) const {
-    bacnet::WhoIs request;
-    if (!IsWhoIs(npdu.Payload, request))
+    UnconfirmedRequest request;
+    if (!ReadUnconfirmed(npdu.Payload, request))
         return;
     const bool globally = npdu.DestinationNetwork == bacnet::GLOBAL_BROADCAST;
     Pacer pacer(m_iAmPerMs);

@@ -45,6 +45,8 @@ constexpr Row SERVICES[] = {
     {ConfirmedService::readPropertyMultiple, ReadPropertyMultiple},
     {ConfirmedService::writeProperty, WriteProperty},
     {ConfirmedService::writePropertyMultiple, WritePropertyMultiple},
+    {ConfirmedService::deviceCommunicationControl, DeviceCommunicationControl},
+    {ConfirmedService::reinitializeDevice, ReinitializeDevice},
     {ConfirmedService::readRange, ReadRange},
 };
 

@@ -27,14 +27,18 @@ struct Outcome {
     std::span<const std::uint8_t> Parameters; // of an acknowledgement: in the scratch memory, until its next use
     std::uint32_t FailedElement = 0;          // of an error: its number from 1, where the service tells it
     bacnet::PropertyTarget Failed;            // of an error of WritePropertyMultiple
+    bool Restarts = false;                    // the device restarts as soon as it has answered,
+    RestartReason Reason{};                   // for this reason
 
-    static Outcome Ack(std::span<const std::uint8_t> parameters) { return {Kind::ack, 0, 0, parameters, 0, {}}; }
-    static Outcome Done() { return {Kind::done, 0, 0, {}, 0, {}}; }
-    static Outcome Error(PropertyError error, std::uint32_t failedElement = 0) {
-        return {Kind::error, error.Class, error.Code, {}, failedElement, {}};
+    static Outcome Ack(std::span<const std::uint8_t> parameters) {
+        return {Kind::ack, 0, 0, parameters, 0, {}, false, {}};
     }
-    static Outcome Reject(std::uint32_t reason) { return {Kind::reject, 0, reason, {}, 0, {}}; }
-    static Outcome Abort(std::uint32_t reason) { return {Kind::abort, 0, reason, {}, 0, {}}; }
+    static Outcome Done() { return {Kind::done, 0, 0, {}, 0, {}, false, {}}; }
+    static Outcome Error(PropertyError error, std::uint32_t failedElement = 0) {
+        return {Kind::error, error.Class, error.Code, {}, failedElement, {}, false, {}};
+    }
+    static Outcome Reject(std::uint32_t reason) { return {Kind::reject, 0, reason, {}, 0, {}, false, {}}; }
+    static Outcome Abort(std::uint32_t reason) { return {Kind::abort, 0, reason, {}, 0, {}, false, {}}; }
     // Success, or the error.
     static Outcome Of(PropertyError error) { return error.Ok() ? Done() : Error(error); }
 };

@@ -123,8 +123,8 @@ void Worker::OnBroadcast(ServerContext& context, const bacnet::BipAddress& from,
     if (npdu.IsNetworkMessage || (npdu.DestinationNetwork != 0 && !globally))
         return;
     // Looked at once for all devices: their own I-Am come back here, too.
-    bacnet::WhoIs request;
-    if (!IsWhoIs(npdu.Payload, request))
+    UnconfirmedRequest request;
+    if (!ReadUnconfirmed(npdu.Payload, request))
         return;
     const Requester requester = RequesterOf(from, npdu);
     Pacer pacer(m_site.IAmPerMs);
