@@ -1,7 +1,6 @@
 #include "tests/interop/Frames.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
@@ -39,18 +38,46 @@ std::string Attribute(const std::string& line, const std::string& name) {
     return value;
 }
 
-// Standard output of a command of the shell.
-std::string Run(const std::string& command) {
+// Calls take for each line that a command of the shell prints.
+void Run(const std::string& command, const std::function<void(const std::string&)>& take) {
     std::FILE* const pipe = ::popen(command.c_str(), "r");
     if (pipe == nullptr)
         throw std::runtime_error("no process for " + command);
-    std::string output;
-    std::array<char, 65536> part;
-    while (const std::size_t count = std::fread(part.data(), 1, part.size(), pipe))
-        output.append(part.data(), count);
+    char* line = nullptr;
+    std::size_t capacity = 0;
+    std::string last;
+    for (ssize_t length = 0; (length = ::getline(&line, &capacity, pipe)) > 0;) {
+        last.assign(line, static_cast<std::size_t>(length));
+        take(last);
+    }
+    std::free(line);
     if (::pclose(pipe) != 0)
-        throw std::runtime_error("failed: " + command + "\n" + output);
-    return output;
+        throw std::runtime_error("failed: " + command + "\n" + last);
+}
+
+// options: of the decoder, for its output.
+void Decode(const std::filesystem::path& file, std::uint16_t udpPort, const std::string& options,
+            const std::function<void(const Frame&)>& take) {
+    // An empty home: neither settings nor plug-ins of the user.
+    const std::string home = Quoted(file.parent_path().string());
+    const std::string command = "HOME=" + home + " XDG_CONFIG_HOME=" + home + " WIRESHARK_CONFIG_DIR=" + home +
+                                " LC_ALL=C TZ=UTC0 tshark -n -T pdml " + options +
+                                " -d udp.port==" + std::to_string(udpPort) + ",bvlc -r " + Quoted(file.string()) +
+                                " 2>" + Quoted(file.string() + ".errors");
+    Frame frame;
+    Run(command, [&](const std::string& line) {
+        if (line.find("<packet>") != std::string::npos) {
+            frame.Fields.clear();
+        } else if (line.find("</packet>") != std::string::npos) {
+            take(frame);
+        } else if (line.find("<field ") != std::string::npos || line.find("<proto ") != std::string::npos) {
+            Field field{Attribute(line, "name"), Attribute(line, "show"), Attribute(line, "showname"),
+                        std::strtoul(Attribute(line, "pos").c_str(), nullptr, 10), Attribute(line, "value")};
+            if (field.Label.empty())
+                field.Label = field.Value;
+            frame.Fields.push_back(std::move(field));
+        }
+    });
 }
 
 } // namespace
@@ -93,28 +120,14 @@ bool HasDecoder() {
 }
 
 std::vector<Frame> Decode(const std::filesystem::path& file, std::uint16_t udpPort) {
-    // An empty home: neither settings nor plug-ins of the user.
-    const std::string home = Quoted(file.parent_path().string());
-    const std::string output = Run("HOME=" + home + " XDG_CONFIG_HOME=" + home + " WIRESHARK_CONFIG_DIR=" + home +
-                                   " LC_ALL=C TZ=UTC0 tshark -n -T pdml -d udp.port==" + std::to_string(udpPort) +
-                                   ",bvlc -r " + Quoted(file.string()) + " 2>" + Quoted(file.string() + ".errors"));
     std::vector<Frame> frames;
-    std::size_t begin = 0;
-    while (begin < output.size()) {
-        const std::size_t end = std::min(output.find('\n', begin), output.size());
-        const std::string line = output.substr(begin, end - begin);
-        begin = end + 1;
-        if (line.find("<packet>") != std::string::npos) {
-            frames.emplace_back();
-        } else if (!frames.empty() &&
-                   (line.find("<field ") != std::string::npos || line.find("<proto ") != std::string::npos)) {
-            Field field{Attribute(line, "name"), Attribute(line, "show"), Attribute(line, "showname")};
-            if (field.Label.empty())
-                field.Label = field.Value;
-            frames.back().Fields.push_back(std::move(field));
-        }
-    }
+    Decode(file, udpPort, "", [&](const Frame& frame) { frames.push_back(frame); });
     return frames;
+}
+
+void DecodeEach(const std::filesystem::path& file, std::uint16_t udpPort, const std::string& layer,
+                const std::function<void(const Frame&)>& take) {
+    Decode(file, udpPort, "-J " + Quoted(layer), take);
 }
 
 std::string Objection(const Frame& frame) {

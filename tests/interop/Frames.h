@@ -2,17 +2,21 @@
 // tshark, run as a process of its own, without the user's settings and in the C locale.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace interop {
 
 struct Field {
-    std::string Name;  // "bacapp.invoke_id"; empty for a line of text
-    std::string Value; // as the decoder's filters have it: numbers without their names; the line of a text
-    std::string Label; // as the decoder shows it to people
+    std::string Name;         // "bacapp.invoke_id"; empty for a line of text
+    std::string Value;        // as the decoder's filters have it: numbers without their names; the line of a text
+    std::string Label;        // as the decoder shows it to people
+    std::size_t Position = 0; // of its first octet in the packet, from the IP header on
+    std::string Octets;       // hexadecimal
 };
 
 class Frame {
@@ -34,6 +38,9 @@ public:
 bool HasDecoder();
 // Decodes a file whose BACnet/IP traffic is on one UDP port. Throws std::runtime_error when the decoder fails.
 std::vector<Frame> Decode(const std::filesystem::path& file, std::uint16_t udpPort);
+// The same one frame at a time, for long files, and with the fields of one layer only ("bacapp").
+void DecodeEach(const std::filesystem::path& file, std::uint16_t udpPort, const std::string& layer,
+                const std::function<void(const Frame&)>& take);
 
 // Why the decoder does not agree with a frame; empty when it does. A frame has to be BACnet/IP, without a mark of the
 // decoder's experts and without octets left over.
