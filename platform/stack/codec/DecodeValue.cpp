@@ -447,14 +447,16 @@ DecodeResult DecodeUntyped(std::span<const std::uint8_t> encoded, BACSTAC_PROPER
     }
     bool wellFormed = true;
     bool primitives = true;
-    while (wellFormed && !in.AtEnd()) {
+    std::size_t elements = 0;
+    for (; wellFormed && !in.AtEnd(); ++elements) {
         primitives = primitives && in.PeekTag(tag) && TypeOfTag(tag) != TYPE_NONE;
         wellFormed = in.Skip();
     }
     SetResult(contents, TYPE_NONE, 0);
     if (!wellFormed)
         return DecodeResult::malformed;
-    if (primitives)
+    // Among others one that its tag's type does not allow is odd by itself; alone it is no value at all.
+    if (primitives && elements > 1)
         return DecodeElements(encoded, *FindType(TYPE_ANY), false, contents, nullptr);
     if (encoded.size() > contents.BufferSize)
         return DecodeResult::noRoom;

@@ -193,6 +193,16 @@ TEST_F(ReadingTest, ReportsAnAnswerThatCannotBeDecoded) {
     EXPECT_EQ(value, 0.0F);
 }
 
+TEST_F(ReadingTest, SaysThatAValueOfAWrongLengthIsNone) {
+    // [3] real of three octets, well-formed in its brackets
+    ServeAlways(1, "30 00 0C 0C 00 00 00 05 19 55 3E 43 42 90 99 3F");
+    CPropertyContents contents;
+    EXPECT_EQ(Read(contents), BACSTAC_OK);
+    EXPECT_LT(contents.DataType, 0);
+    float value = 0;
+    EXPECT_NE(Read(&value, sizeof value), BACSTAC_OK);
+}
+
 TEST_F(ReadingTest, AnswersWithTheWildcardsInstanceAreTaken) {
     // [0] device 101, [1] object-identifier, [3] device 101
     ServeAlways(1, "30 00 0C 0C 02 00 00 65 19 4B 3E C4 02 00 00 65 3F");
