@@ -1,0 +1,136 @@
+// Meets every device of the catalogue.
+#include "tests/catalogue/Entry.h"
+#include "tests/catalogue/Fixture.h"
+
+#include <atomic>
+#include <set>
+#include <thread>
+
+namespace catalogue {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr unsigned firstHost = 10;
+constexpr unsigned callers = 24;
+
+class CatalogueTest : public Fixture {
+protected:
+    static std::string TextOf(const Outcome& outcome) {
+        if (outcome.Status == BACSTAC_OK)
+            return outcome.Result;
+        const std::string text = CBacGeneral::GetErrorText(outcome.Status, &outcome.Error);
+        return outcome.Result.starts_with("element") ? text + ", " + outcome.Result : text;
+    }
+    // What is wrong with how the call ended; empty when nothing is.
+    static std::string Judge(const Entry& entry, const Outcome& outcome, Clock::duration took) {
+        std::string faults;
+        const std::string text = TextOf(outcome);
+        if (outcome.Status != entry.Status)
+            faults += " status " + std::to_string(outcome.Status) + " for " + std::to_string(entry.Status) + ";";
+        if (!entry.Expected.empty() && text != entry.Expected)
+            faults += " \"" + text + "\" for \"" + entry.Expected + "\";";
+        if (outcome.Status != BACSTAC_OK && (text.empty() || text.find_first_of("\r\n") != std::string::npos))
+            faults += " a text that is no line;";
+        if (took > std::chrono::milliseconds(LONGEST_CALL_MS))
+            faults += " without end;";
+        return faults;
+    }
+    // Meets one device, then the same one when it behaves, and another.
+    std::string Meet(unsigned host, const Entry& entry) {
+        const auto start = Clock::now();
+        const Outcome outcome = entry.Ask(TargetOf(host));
+        std::string faults = Judge(entry, outcome, Clock::now() - start);
+        m_peers.Behave(host);
+        const Outcome next = ReadProperty(TargetOf(host));
+        if (next.Status != BACSTAC_OK || next.Result != "72.3")
+            faults += " the next request: " + TextOf(next) + ";";
+        const Outcome other = ReadProperty(TargetOf(GOOD_HOST));
+        if (other.Status != BACSTAC_OK || other.Result != "72.3")
+            faults += " another device: " + TextOf(other) + ";";
+        return faults;
+    }
+    void MeetAll(const Table& table) {
+        ASSERT_LE(table.size(), 220U) << "hosts of one block";
+        for (unsigned i = 0; i < table.size(); ++i)
+            Open(firstHost + i, table[i].Make != nullptr ? table[i].Make() : FromText(table[i].Text));
+        std::vector<std::string> faults(table.size());
+        std::atomic<unsigned> next{0};
+        std::vector<std::thread> threads;
+        threads.reserve(callers);
+        for (unsigned i = 0; i < callers; ++i)
+            threads.emplace_back([&] {
+                for (unsigned entry = next++; entry < table.size(); entry = next++)
+                    faults[entry] = Meet(firstHost + entry, table[entry]);
+            });
+        for (std::thread& thread : threads)
+            thread.join();
+        for (unsigned i = 0; i < table.size(); ++i)
+            EXPECT_EQ(faults[i], "") << table[i].Name;
+    }
+};
+
+TEST_F(CatalogueTest, DropsFramesThatAreNoVirtualLink) {
+    MeetAll(VirtualLinkEntries());
+}
+TEST_F(CatalogueTest, DropsFramesThatAreNoNetworkMessage) {
+    MeetAll(NetworkEntries());
+}
+TEST_F(CatalogueTest, DropsApdusThatAreNone) {
+    MeetAll(ApduEntries());
+}
+TEST_F(CatalogueTest, GivesAnswersToTheirRequestOnly) {
+    MeetAll(MatchingEntries());
+}
+TEST_F(CatalogueTest, TellsRefusalsOfEveryKind) {
+    MeetAll(FailureEntries());
+}
+TEST_F(CatalogueTest, RefusesTagsThatLie) {
+    MeetAll(TagEntries());
+}
+TEST_F(CatalogueTest, MeetsValuesOfEveryShape) {
+    MeetAll(ValueEntries());
+}
+TEST_F(CatalogueTest, MeetsMultipleReadsOfEveryShape) {
+    MeetAll(MultipleEntries());
+}
+TEST_F(CatalogueTest, MeetsObjectListsOfEveryLength) {
+    MeetAll(ObjectListEntries());
+}
+TEST_F(CatalogueTest, PutsSegmentsTogetherOrEnds) {
+    MeetAll(SegmentEntries());
+}
+TEST_F(CatalogueTest, MeetsRecordsOfEveryShape) {
+    MeetAll(RangeEntries());
+}
+TEST_F(CatalogueTest, MeetsFilesOfEveryShape) {
+    MeetAll(FileEntries());
+}
+TEST_F(CatalogueTest, MeetsSummariesOfEveryShape) {
+    MeetAll(SummaryEntries());
+}
+TEST_F(CatalogueTest, MeetsCommandsAnsweredInEveryWay) {
+    MeetAll(CommandEntries());
+}
+
+TEST(CatalogueTablesTest, HoldAtLeast120DifferentMisbehaviours) {
+    std::set<std::string> names;
+    std::set<std::string> scripts;
+    std::size_t entries = 0;
+    for (const Table& table : {VirtualLinkEntries(), NetworkEntries(), ApduEntries(), MatchingEntries(),
+                               FailureEntries(), TagEntries(), ValueEntries(), MultipleEntries(), ObjectListEntries(),
+                               SegmentEntries(), RangeEntries(), FileEntries(), SummaryEntries(), CommandEntries()})
+        for (const Entry& entry : table) {
+            ++entries;
+            EXPECT_TRUE(names.insert(entry.Name).second) << "twice: " << entry.Name;
+            const auto key = [](auto* function) { return std::to_string(reinterpret_cast<std::uintptr_t>(function)); };
+            EXPECT_TRUE(
+                scripts.insert(key(entry.Ask) + entry.Text + (entry.Make != nullptr ? key(entry.Make) : "")).second)
+                << "as another one: " << entry.Name;
+        }
+    EXPECT_GE(entries, 120U);
+    RecordProperty("entries", static_cast<int>(entries));
+}
+
+} // namespace
+} // namespace catalogue
