@@ -75,7 +75,9 @@ public:
     // Into GetDataSize bytes at data. What the record refers to goes there too: heap is for values that would need
     // memory elsewhere, of which there are none.
     virtual bool WriteTo(void* data, CHeap& heap) const = 0;
-    // Not offered yet: false.
+    // The value in the manner of JSON, and back; one is the inverse of the other. platform/stack/value/JsonForm.h tells
+    // the form of each type; a collection is an array of its elements. False, with the value as it was, when an
+    // element is missing, and when what is to be decoded is none of this type.
     virtual bool Encode(jason::value_t& value) const;
     virtual bool Decode(jason::value_t const& value);
 
@@ -144,6 +146,8 @@ public:
     bool ReadFrom(void const* data) override; // from one element: an array in memory does not say how long it is
     bool WriteTo(BACSTAC_PROPERTY_CONTENTS& contents) const override;
     bool WriteTo(void* data, CHeap& heap) const override;
+    bool Encode(jason::value_t& value) const override;
+    bool Decode(jason::value_t const& value) override;
 
     // As an element: a BACSTAC_LIST.
     bool Load(const bacnet::BufferView& buffer, const unsigned char* element) override;

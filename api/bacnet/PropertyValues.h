@@ -339,6 +339,8 @@ public:
     bool ReadFrom(void const* data) override;
     bool WriteTo(BACSTAC_PROPERTY_CONTENTS& contents) const override;
     bool WriteTo(void* data, CHeap& heap) const override;
+    bool Encode(jason::value_t& value) const override { return CPropertyValue::Encode(value); }
+    bool Decode(jason::value_t const& value) override { return CPropertyValue::Decode(value); }
 
 private:
     BACSTAC_DATA_TYPE m_type;

@@ -5,18 +5,48 @@
 #include "platform/stack/codec/Elements.h"
 #include "platform/stack/codec/Sink.h"
 #include "platform/stack/codec/ValueCodec.h"
+#include "platform/stack/value/JsonForm.h"
 
 #include <limits>
+#include <utility>
+#include <vector>
 
 using namespace bacnet;
 
 CPropertyValue::~CPropertyValue() = default;
 
-bool CPropertyValue::Encode(jason::value_t& /*value*/) const {
-    return false;
+namespace {
+
+// The table's row for what a value is as an element.
+const TypeInfo* ElementType(const CPropertyValue& value) {
+    return FindType(value.GetDataType() == TYPE_ANY_PRIMITIVE ? TYPE_ANY : value.GetDataType());
 }
 
-bool CPropertyValue::Decode(jason::value_t const& /*value*/) {
+} // namespace
+
+bool CPropertyValue::Encode(jason::value_t& value) const {
+    const TypeInfo* const type = ElementType(*this);
+    std::vector<std::uint8_t> memory(ElementSize() + ReferredSize());
+    Sink sink(memory.data(), memory.size());
+    jason::value_t encoded;
+    if (type == nullptr || !Store(sink) ||
+        !ElementToJson({memory.data(), memory.size()}, *type, memory.data(), encoded))
+        return false;
+    value = std::move(encoded);
+    return true;
+}
+
+bool CPropertyValue::Decode(jason::value_t const& value) {
+    const TypeInfo* const type = ElementType(*this);
+    constexpr std::size_t mostBytes = std::size_t{16} << 20;
+    for (std::size_t size = 1024; type != nullptr && size <= mostBytes; size *= 8) {
+        std::vector<std::uint8_t> memory(size);
+        Sink sink(memory.data(), memory.size());
+        if (ElementFromJson(value, *type, sink))
+            return Load({memory.data(), memory.size()}, memory.data());
+        if (!sink.Full())
+            return false;
+    }
     return false;
 }
 

@@ -1,3 +1,4 @@
+#include "api/bacnet/Jason.h"
 #include "api/bacnet/PropertyValues.h"
 #include "platform/stack/codec/Elements.h"
 #include "platform/stack/codec/Sink.h"
@@ -146,6 +147,30 @@ bool CPropertyValueList::WriteTo(BACSTAC_PROPERTY_CONTENTS& contents) const {
 bool CPropertyValueList::WriteTo(void* data, CHeap& /*heap*/) const {
     Sink sink(data, CPropertyValueList::GetDataSize());
     return data != nullptr && StoreElements(sink);
+}
+
+bool CPropertyValueList::Encode(jason::value_t& value) const {
+    jason::value_t::array_t elements(m_elements.size());
+    for (std::size_t i = 0; i < m_elements.size(); ++i) {
+        if (m_elements[i] == nullptr || !m_elements[i]->Encode(elements[i]))
+            return false;
+    }
+    value = jason::value_t(std::move(elements));
+    return true;
+}
+
+bool CPropertyValueList::Decode(jason::value_t const& value) {
+    const auto* const array = value.get<jason::value_t::array_t>();
+    if (array == nullptr)
+        return false;
+    std::vector<std::unique_ptr<CPropertyValue>> elements;
+    for (const jason::value_t& each : *array) {
+        elements.emplace_back(CreateElement());
+        if (elements.back() == nullptr || !elements.back()->Decode(each))
+            return false;
+    }
+    m_elements = std::move(elements);
+    return true;
 }
 
 bool CPropertyValueList::Load(const BufferView& buffer, const unsigned char* element) {
