@@ -20,8 +20,8 @@ struct ClientPort {
     std::uint16_t UdpPort = BACNET_IP_PORT;
     std::string BroadcastAddress; // empty: that of the bound address' network
     // At most one of these; Bbmd needs a BindAddress.
-    std::optional<ForeignSettings> Foreign;
-    std::optional<BbmdSettings> Bbmd;
+    std::optional<ForeignSettings> Foreign = std::nullopt;
+    std::optional<BbmdSettings> Bbmd = std::nullopt;
 };
 
 // The station as a BACnet device of its own.
