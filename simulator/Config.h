@@ -40,6 +40,14 @@ struct FileConfig {
     LocalTime Modified = 0;
 };
 
+// The event that an object is in when the simulation starts; it has the properties of event reporting then.
+struct EventConfig {
+    std::uint32_t State = 0; // BACnetEventState; 0: normal, nothing has happened
+    bool Acked = false;
+    std::uint32_t NotificationClass = 1;
+    std::uint32_t NotifyType = 0; // 0 alarm, 1 event
+};
+
 // The standard properties of the type come by themselves; Properties adds to them or overrides them.
 struct ObjectConfig {
     BACSTAC_OBJECT_ID Id{};
@@ -51,7 +59,8 @@ struct ObjectConfig {
     std::vector<BACSTAC_PROPERTY_ID> ReadOnly; // that clients may not write, though they usually may
     std::optional<LogConfig> Log;              // types 20 and 27; without it such an object has an empty buffer
     std::optional<FileConfig> File;            // type 10; without it such an object is an empty stream
-    bool Permanent = false;                    // clients may not delete it
+    std::optional<EventConfig> Event;
+    bool Permanent = false; // clients may not delete it
 };
 
 // The backup and restore procedure of a device.
@@ -98,6 +107,7 @@ struct DeviceConfig {
 
     // What clients may create and delete; nothing: all that the standard knows, but devices and network ports.
     std::optional<std::vector<BACSTAC_OBJECT_TYPE>> Creates;
+    std::uint32_t EventsPerAnswer = 0;    // of GetEventInformation, then "more events"; 0: as many as fit
     std::uint32_t MaxObjects = 1'000'000; // with the device object; creating beyond is refused
 
     std::vector<ObjectConfig> Objects; // without the device object

@@ -472,6 +472,13 @@ void ReadProperties(Table& table, ObjectConfig& object) {
     }
 }
 
+void ReadEvent(Table& table, EventConfig& event) {
+    table.Integer("state", 0, 65535, event.State);
+    table.Boolean("acked", event.Acked);
+    table.Integer("notification_class", 0, 0xFFFFFFFF, event.NotificationClass);
+    table.Integer("notify_type", 0, 1, event.NotifyType);
+}
+
 void ReadObject(Table& table, DeviceConfig& device) {
     ObjectConfig object;
     table.Require("type");
@@ -483,6 +490,7 @@ void ReadObject(Table& table, DeviceConfig& device) {
     table.Boolean("intrinsic_reporting", object.IntrinsicReporting);
     table.Boolean("commandable", object.Commandable);
     table.Boolean("permanent", object.Permanent);
+    table.Single("event", [&object](Table& event) { ReadEvent(event, object.Event.emplace()); });
     table.Words("read_only", "properties", PropertyOf, object.ReadOnly);
     if (object.Id.Type == OBJ_TREND_LOG || object.Id.Type == OBJ_TREND_LOG_MULTIPLE)
         ReadLog(table, device, object);
@@ -548,6 +556,7 @@ void ReadDevice(Table& table, DeviceConfig& device) {
     device.ByTime = bothForms ? ByTimeForms::both : ByTimeForms::byRevision;
     if (table.Source().contains("creates"))
         table.Words("creates", "object types", ObjectTypeOf, device.Creates.emplace());
+    table.Integer("events_per_answer", 0, 1'000'000, device.EventsPerAnswer);
     table.Integer("max_objects", 1, 4'194'304, device.MaxObjects);
     table.Tables("object", [&device](Table& object) { ReadObject(object, device); });
     table.Text("password", device.Password);

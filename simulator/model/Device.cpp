@@ -36,6 +36,8 @@ Device::Device(const DeviceConfig& config, std::function<LocalTime()> clock)
                 Find(Id())->Set(property, value);
         } else {
             Insert(MakeObject(object));
+            if (object.Event)
+                StartEvent(object.Id, *object.Event);
         }
     }
     if (m_config.Backup)

@@ -4,6 +4,7 @@
 
 #include "simulator/Config.h"
 #include "simulator/model/BackupProcedure.h"
+#include "simulator/model/Events.h"
 #include "simulator/model/LogObject.h"
 
 #include <array>
@@ -79,6 +80,11 @@ public:
     std::optional<Value> GetProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property) const; // stored ones
     std::vector<BACSTAC_OBJECT_ID> ObjectList() const; // the device object first
 
+    // The object goes to that event state (0 normal, 1 fault, others offnormal), and its transition wants to be
+    // acknowledged where its notification class says so. False without the object.
+    bool RaiseEvent(BACSTAC_OBJECT_ID id, std::uint32_t state);
+    bool AcknowledgeEvent(BACSTAC_OBJECT_ID id, Transition transition);
+
     // Every log gets a record of the change.
     void SetClock(LocalTime now);
     Communication CommunicationState() const;
@@ -115,6 +121,8 @@ public:
     LocalTime Uptime() const { return m_clock(); } // what no client can change
     const std::vector<BACSTAC_OBJECT_ID>& Objects() const { return m_objectList; }
 
+    // What the notification class of that number says; the usual where there is none.
+    NotificationClass ClassOf(std::uint32_t number, const BACSTAC_RECIPIENT* recipient, std::uint32_t process) const;
     void AdjustClock(LocalTime now);
     LocalTime FromUtc(LocalTime utc) const;
     bool IsPassword(std::span<const std::uint8_t> encoded) const; // encoded: empty when none was given
@@ -144,6 +152,7 @@ private:
     LogObject* FindLog(BACSTAC_OBJECT_ID id) const;
     bool Creates(BACSTAC_OBJECT_TYPE type) const;
     void AddBackup();
+    void StartEvent(BACSTAC_OBJECT_ID id, const EventConfig& event);
     FileObject* FindSnapshot() const;
     void Erase(BACSTAC_OBJECT_ID id);
     bool Insert(std::unique_ptr<Object> object);

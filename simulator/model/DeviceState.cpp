@@ -15,17 +15,6 @@ namespace {
 constexpr LocalTime MINUTE = 60 * HUNDREDTHS_PER_SECOND;
 constexpr PropertyError NOT_SUPPORTED{CLASS_SERVICES, CODE_OPTIONAL_FUNCTIONALITY_NOT_SUPPORTED};
 
-Value TimeStamp(LocalTime time) {
-    std::uint8_t octets[16];
-    bacnet::Writer writer(octets);
-    const BACSTAC_DATE_TIME stamp = ToDateTime(time);
-    writer.Opening(2);
-    writer.Date(stamp.Date);
-    writer.Time(stamp.Time);
-    writer.Closing(2);
-    return Value::Encoded(writer.Written());
-}
-
 } // namespace
 
 // ---- clock
@@ -58,6 +47,49 @@ LocalTime Device::FromUtc(LocalTime utc) const {
     if (const Value* value = device.Find(PROP_DAYLIGHT_SAVINGS_STATUS))
         bacnet::Reader(value->Wire()).Boolean(summer);
     return utc - offset * MINUTE + (summer ? 60 * MINUTE : 0);
+}
+
+// ---- events
+
+NotificationClass Device::ClassOf(std::uint32_t number, const BACSTAC_RECIPIENT* recipient,
+                                  std::uint32_t process) const {
+    const Value wanted = Value::Unsigned(number);
+    for (const Entry& entry : m_objects) {
+        const Value* own = entry.Content->Find(PROP_NOTIFICATION_CLASS);
+        if (entry.Content->Id().Type == OBJ_NOTIFICATION_CLASS && own != nullptr && *own == wanted)
+            return ReadClass(*entry.Content, recipient, process);
+    }
+    return {};
+}
+
+bool Device::RaiseEvent(BACSTAC_OBJECT_ID id, std::uint32_t state) {
+    const auto lock = Lock();
+    Object* object = Find(id);
+    if (object == nullptr)
+        return false;
+    AddEventProperties(*object);
+    const NotificationClass notifications = ClassOf(StatusOf(*object)->NotificationClass, nullptr, 0);
+    const auto bit = 1U << static_cast<unsigned>(TransitionTo(state));
+    EnterState(*object, state, (notifications.AckRequired & bit) != 0, Now());
+    return true;
+}
+
+bool Device::AcknowledgeEvent(BACSTAC_OBJECT_ID id, Transition transition) {
+    const auto lock = Lock();
+    Object* object = Find(id);
+    if (object == nullptr || !StatusOf(*object))
+        return false;
+    Acknowledge(*object, transition);
+    return true;
+}
+
+void Device::StartEvent(BACSTAC_OBJECT_ID id, const EventConfig& event) {
+    Object& object = *Find(id);
+    object.Set(PROP_NOTIFICATION_CLASS, Value::Unsigned(event.NotificationClass));
+    object.Set(PROP_NOTIFY_TYPE, Value::Enumerated(event.NotifyType));
+    AddEventProperties(object);
+    if (event.State != EVENT_NORMAL)
+        EnterState(object, event.State, !event.Acked, Now());
 }
 
 // ---- communication
@@ -94,7 +126,7 @@ void Device::NoteRestart(RestartReason reason) {
     m_backup.Reset();
     Object& device = *Find(Id());
     device.Set(PROP_LAST_RESTART_REASON, Value::Enumerated(static_cast<std::uint32_t>(reason)));
-    device.Set(PROP_TIME_OF_DEVICE_RESTART, TimeStamp(Now()));
+    device.Set(PROP_TIME_OF_DEVICE_RESTART, Value::TimeStamp(ToDateTime(Now())));
 }
 
 std::uint32_t Device::SystemStatus() const {
@@ -156,7 +188,7 @@ PropertyError Device::EndRestore() {
         return error;
     for (const Entry& entry : m_objects)
         entry.Content->Arbitrate();
-    Find(Id())->Set(PROP_LAST_RESTORE_TIME, TimeStamp(Now()));
+    Find(Id())->Set(PROP_LAST_RESTORE_TIME, Value::TimeStamp(ToDateTime(Now())));
     NoteChange();
     return {};
 }

@@ -63,6 +63,7 @@ inline constexpr BACSTAC_PROPERTY_ID OLD_RESTORE_PREPARATION_TIME = 316;
 inline constexpr std::uint8_t REJECT_INVALID_TAG = 4;
 inline constexpr std::uint8_t REJECT_MISSING_REQUIRED_PARAMETER = 5;
 inline constexpr std::uint8_t REJECT_PARAMETER_OUT_OF_RANGE = 6;
+inline constexpr std::uint8_t REJECT_TOO_MANY_ARGUMENTS = 7;
 inline constexpr std::uint8_t REJECT_UNDEFINED_ENUMERATION = 8;
 
 // Object types, beyond those that api/bacnet/Enums.h names.

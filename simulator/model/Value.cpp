@@ -100,6 +100,15 @@ Value Value::DateTime(const BACSTAC_DATE_TIME& value) {
     });
 }
 
+Value Value::TimeStamp(const BACSTAC_DATE_TIME& value) {
+    return Primitive([&](bacnet::Writer& to) {
+        to.Opening(2);
+        to.Date(value.Date);
+        to.Time(value.Time);
+        to.Closing(2);
+    });
+}
+
 Value Value::Reference(const BACSTAC_DEV_OBJ_PROP_REF& value) {
     return Primitive([&](bacnet::Writer& to) {
         to.ObjectId(value.ObjectId, 0);

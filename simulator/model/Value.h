@@ -36,6 +36,8 @@ public:
     static Value DateTime(const BACSTAC_DATE_TIME& value);
     static Value Reference(const BACSTAC_DEV_OBJ_PROP_REF& value); // BACnetDeviceObjectPropertyReference
 
+    static Value TimeStamp(const BACSTAC_DATE_TIME& value); // BACnetTimeStamp, of a date and time
+
     // One element of any type, given in its encoding with all its tags.
     static Value Encoded(std::span<const std::uint8_t> wire);
 

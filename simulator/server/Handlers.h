@@ -37,6 +37,11 @@ Outcome DeleteObject(const ServiceCall& call);
 Outcome DeviceCommunicationControl(const ServiceCall& call);
 Outcome ReinitializeDevice(const ServiceCall& call);
 
+// AlarmServices.cpp: clauses 13.10 to 13.12.
+Outcome GetAlarmSummary(const ServiceCall& call);
+Outcome GetEnrollmentSummary(const ServiceCall& call);
+Outcome GetEventInformation(const ServiceCall& call);
+
 // ---- parts that they share
 
 std::uint32_t IndexOf(const bacnet::PropertyTarget& target); // or WHOLE

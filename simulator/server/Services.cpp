@@ -35,6 +35,9 @@ struct Row {
 };
 
 constexpr Row SERVICES[] = {
+    {ConfirmedService::getAlarmSummary, GetAlarmSummary},
+    {ConfirmedService::getEnrollmentSummary, GetEnrollmentSummary},
+    {ConfirmedService::getEventInformation, GetEventInformation},
     {ConfirmedService::atomicReadFile, AtomicReadFile},
     {ConfirmedService::atomicWriteFile, AtomicWriteFile},
     {ConfirmedService::addListElement, AddListElement},
