@@ -143,6 +143,8 @@ bool CRuntime::OpenStack(std::string& error) {
     if (access(CBacGeneral::GetDirFileName().c_str(), F_OK) == 0 && !m_client->LoadDir())
         LogErr("The directory %s cannot be loaded", CBacGeneral::GetDirFileName().c_str());
     m_client->Announce();
+    m_station.SetIdentityListener(
+        [this] { m_client->SetIdentity(m_station.GetDeviceInstance(), m_station.GetDeviceName()); });
     return true;
 }
 
@@ -201,6 +203,7 @@ bool CRuntime::End() {
         return false;
     if (m_driver)
         m_driver->Disconnect();
+    m_station.SetIdentityListener(nullptr);
     BACnet = nullptr;
     m_client.reset();
     return true;

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -102,14 +103,29 @@ bool CStationStore::Decode(const std::string& text, std::string& error) {
     }
 }
 
+void CStationStore::SetIdentityListener(std::function<void()> listener) {
+    const std::lock_guard guard(m_lock);
+    m_identityChanged = std::move(listener);
+}
+
+void CStationStore::ChangeIdentity(const std::function<bool()>& change) {
+    std::function<void()> listener;
+    {
+        const std::lock_guard guard(m_lock);
+        if (change())
+            listener = m_identityChanged;
+    }
+    if (listener) // which asks this store
+        listener();
+}
+
 std::uint32_t CStationStore::GetDeviceInstance() {
     const std::lock_guard guard(m_lock);
     return m_instance;
 }
 
 void CStationStore::SetDeviceInstance(std::uint32_t instance) {
-    const std::lock_guard guard(m_lock);
-    m_instance = instance;
+    ChangeIdentity([&] { return std::exchange(m_instance, instance) != instance; });
 }
 
 std::string CStationStore::GetDeviceName() {
@@ -118,8 +134,7 @@ std::string CStationStore::GetDeviceName() {
 }
 
 void CStationStore::SetDeviceName(const std::string& name) {
-    const std::lock_guard guard(m_lock);
-    m_name = name;
+    ChangeIdentity([&] { return std::exchange(m_name, name) != name; });
 }
 
 std::uint16_t CStationStore::GetLocalNetworkNumber() {

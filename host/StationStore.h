@@ -9,6 +9,7 @@
 #include "api/driver/Identity.h"
 #include "host/Config.h"
 
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -23,6 +24,9 @@ public:
     bool Load(std::string& error);
     // False: the old file stands. Writes only when something has changed.
     bool Save(std::string& error);
+
+    // Called after each change of the device's instance or name, by the thread that changes it; empty: by none.
+    void SetIdentityListener(std::function<void()> listener);
 
     std::vector<CEventFilter>& EventFilters() { return m_filters; }
     AlarmDefinition& CommunicationError() { return m_communicationError; }
@@ -44,6 +48,8 @@ public:
     AlarmDefinition& GetDeviceRestart() override { return m_deviceRestart; }
 
 private:
+    // change tells whether it has changed something.
+    void ChangeIdentity(const std::function<bool()>& change);
     std::string Encode();
     bool Decode(const std::string& text, std::string& error);
 
@@ -56,6 +62,7 @@ private:
     std::string m_name;
     std::uint32_t m_processIdentifier;
     std::string m_group;
+    std::function<void()> m_identityChanged; // m_lock
 
     std::vector<CEventFilter> m_filters; // these and below by the module lock
     AlarmDefinition m_communicationError;

@@ -203,6 +203,11 @@ void BacnetClient::Announce() {
     m_transactions.SendUnconfirmed(everybody, static_cast<std::uint8_t>(UnconfirmedService::iAm), writer.Written());
 }
 
+void BacnetClient::SetIdentity(std::uint32_t instance, const std::string& name) {
+    if (m_server.SetIdentity(instance, name))
+        Announce();
+}
+
 // On a background thread of the transaction layer.
 void BacnetClient::OnRequest(const RequestIndication& request) {
     if (!request.Confirmed && request.Header.Service == static_cast<std::uint8_t>(UnconfirmedService::iAm))

@@ -52,6 +52,8 @@ public:
     NetworkAdmin& Networks() { return m_networkAdmin; }
     // Sends an I-Am to all networks, as a device does when it starts.
     void Announce();
+    // What the station as a device is called from now on; announced when it changes.
+    void SetIdentity(std::uint32_t instance, const std::string& name);
 
     // Where a request to a device goes: its address and what it accepts. Device is null for an address that stands for
     // itself. Not 0 when the device is unknown or disabled.

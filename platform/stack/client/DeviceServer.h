@@ -1,39 +1,34 @@
-// The station as a BACnet device: its device object answers Who-Is, ReadProperty and ReadPropertyMultiple with the
-// identity from the configuration. Everything else that is confirmed is rejected as unrecognized. Called on the
-// background threads of the transaction layer; constant after construction.
+// The station as a BACnet device: its device object answers Who-Is, Who-Has, ReadProperty and ReadPropertyMultiple.
+// Everything else that is confirmed is rejected as unrecognized. Requests come on the background threads of the
+// transaction layer; the identity may be changed by any thread.
 #pragma once
 
-#include "platform/stack/client/ClientConfig.h"
-#include "platform/stack/services/ReadProperty.h"
+#include "platform/stack/client/OwnDeviceObject.h"
 #include "platform/stack/services/WhoIs.h"
 #include "platform/stack/transaction/TransactionLayer.h"
 
-namespace bacnet {
+#include <memory>
+#include <mutex>
+#include <string>
 
-class Writer;
+namespace bacnet {
 
 class DeviceServer {
 public:
     DeviceServer(const OwnDevice& device, const TransactionSettings& settings);
 
-    bool IsDevice() const { return m_device.Instance < BACSTAC_MAX_INSTANCE; }
+    bool IsDevice() const { return Current()->IsDevice(); }
     IAm Announcement() const;
+    // False when nothing changes. A request that is being answered still sees the former identity.
+    bool SetIdentity(std::uint32_t instance, const std::string& name);
     void OnRequest(const RequestIndication& request, TransactionLayer& layer) const;
 
 private:
-    struct Fault { // class and code of an Error; class 0 with code 0 is none
-        std::uint32_t Class = 0;
-        std::uint32_t Code = 0;
-    };
+    std::shared_ptr<const OwnDeviceObject> Current() const;
 
-    void OnWhoIs(const RequestIndication& request, TransactionLayer& layer) const;
-    void OnReadProperty(const RequestIndication& request, TransactionLayer& layer) const;
-    void OnReadPropertyMultiple(const RequestIndication& request, TransactionLayer& layer) const;
-    Fault WriteValue(const PropertyTarget& target, Writer& writer) const;
-    void WriteElements(BACSTAC_PROPERTY_ID property, Writer& writer) const;
-
-    OwnDevice m_device;
-    TransactionSettings m_settings;
+    const TransactionSettings m_settings;
+    mutable std::mutex m_lock;
+    std::shared_ptr<const OwnDeviceObject> m_object; // m_lock
 };
 
 } // namespace bacnet

@@ -166,3 +166,19 @@ TEST(AlarmRuleFile, ADamagedFileIsKeptAside) {
     EXPECT_EQ(folder.Get("rules.json.damaged"), "[{\"device\":1");
     EXPECT_EQ(CAlarmRuleFile(folder.File("rules.json")).GetAll().size(), 1U);
 }
+
+TEST(StationStore, TellsOfEachChangeOfTheIdentity) {
+    const CTempFolder folder;
+    CStationStore store(folder.File("station.json"), {});
+    std::vector<std::string> told;
+    store.SetIdentityListener(
+        [&] { told.push_back(std::to_string(store.GetDeviceInstance()) + " " + store.GetDeviceName()); });
+    store.SetDeviceInstance(17);
+    store.SetDeviceInstance(17);
+    store.SetDeviceName("Cellar");
+    store.SetDeviceName("Cellar");
+    store.SetProcessIdentifier(9);
+    store.SetIdentityListener(nullptr);
+    store.SetDeviceName("Roof");
+    EXPECT_EQ(told, (std::vector<std::string>{"17 bdc", "17 Cellar"}));
+}

@@ -1,4 +1,4 @@
-// Who-Is, I-Am and who hears of it; the station's own device.
+// Who-Is, I-Am and who hears of it.
 #include "api/bacnet/Log.h"
 #include "platform/stack/client/IAmCallbacks.h"
 #include "tests/unit/stack/client/ClientFixture.h"
@@ -199,81 +199,6 @@ TEST(IAmCallbacksTest, MayUnregisterItselfOrAnotherFromWithin) {
     callbacks.Notify({}, 1);
     EXPECT_EQ(quitter.Calls, 1);
     EXPECT_EQ(other.Calls, 0) << "not even in the round that unregistered it";
-}
-
-// ---- the own device
-
-class OwnDeviceTest : public ClientFixture {
-protected:
-    OwnDeviceTest() {
-        bacnet::OwnDevice device;
-        device.Instance = 77;
-        device.Name = "Station";
-        device.VendorId = 260;
-        device.ModelName = "Console";
-        Restart(device);
-    }
-    // Sends an APDU as station 5 and waits for the answer.
-    std::string Ask(const char* apdu, bool broadcast = false) {
-        m_link->TakeSent();
-        m_link->Deliver(5, Hex(apdu), broadcast);
-        for (int i = 0; i < 500; ++i) {
-            for (const auto& sent : m_link->TakeSent())
-                return ToHex(std::span(sent.Npdu).subspan(2));
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
-        return "silence";
-    }
-};
-
-TEST_F(OwnDeviceTest, AnswersWhoIsInItsRange) {
-    const std::string announcement = "10 00 C4 02 00 00 4D 22 05 C4 91 02 22 01 04";
-    EXPECT_EQ(Ask("10 08", true), announcement);
-    EXPECT_EQ(Ask("10 08 09 4D 19 4D", true), announcement);
-    m_link->Deliver(5, Hex("10 08 09 4E 19 4F"), true); // 78 to 79
-    EXPECT_EQ(Ask("10 08", true), announcement);
-    EXPECT_EQ(m_link->TakeSent().size(), 0U) << "one answer";
-}
-
-TEST_F(OwnDeviceTest, AnswersReadProperty) {
-    // [0] device 77, [1] object-name: "Station"
-    EXPECT_EQ(Ask("00 05 01 0C 0C 02 00 00 4D 19 4D"),
-              "30 01 0C 0C 02 00 00 4D 19 4D 3E 75 08 00 53 74 61 74 69 6F 6E 3F");
-    EXPECT_EQ(Ask("00 05 02 0C 0C 02 3F FF FF 19 4B"), "30 02 0C 0C 02 00 00 4D 19 4B 3E C4 02 00 00 4D 3F")
-        << "by the wildcard";
-    EXPECT_EQ(Ask("00 05 03 0C 0C 02 00 00 4D 19 4C 29 00"), "30 03 0C 0C 02 00 00 4D 19 4C 29 00 3E 21 01 3F");
-    EXPECT_EQ(Ask("00 05 04 0C 0C 02 00 00 4D 19 4C 29 02"), "50 04 0C 91 02 91 2A") << "invalid array index";
-    EXPECT_EQ(Ask("00 05 05 0C 0C 02 00 00 4D 19 4D 29 01"), "50 05 0C 91 02 91 32") << "not an array";
-    EXPECT_EQ(Ask("00 05 06 0C 0C 00 00 00 01 19 55"), "50 06 0C 91 01 91 1F") << "unknown object";
-    EXPECT_EQ(Ask("00 05 07 0C 0C 02 00 00 4D 19 55"), "50 07 0C 91 02 91 20") << "unknown property";
-    EXPECT_EQ(Ask("00 05 08 0C 0C 02"), "60 08 04") << "invalid tag";
-    EXPECT_EQ(Ask("00 05 09 0F 0C 02"), "60 09 09") << "unrecognized service";
-    EXPECT_EQ(Ask("0C 05 0A 00 10 0C 0C 02"), "41 0A 00 10") << "the first of several segments";
-}
-
-TEST_F(OwnDeviceTest, AnswersReadPropertyMultiple) {
-    // device 77: object-name, priority-array
-    EXPECT_EQ(Ask("00 05 01 0E 0C 02 00 00 4D 1E 09 4D 09 57 1F"),
-              "30 01 0E 0C 02 00 00 4D 1E 29 4D 4E 75 08 00 53 74 61 74 69 6F 6E 4F 29 57 5E 91 02 91 20 5F 1F");
-    const std::string all = Ask("00 05 02 0E 0C 02 00 00 4D 1E 09 08 1F");
-    EXPECT_EQ(all.substr(0, 8), "30 02 0E");
-    EXPECT_NE(all.find("29 4D 4E 75 08"), std::string::npos);
-    EXPECT_EQ(Ask("00 00 03 0E 0C 02 00 00 4D 1E 09 08 1F"), "71 03 04") << "too much for 50 octets";
-}
-
-TEST_F(OwnDeviceTest, IsNoDeviceWithoutAnInstance) {
-    Restart({});
-    EXPECT_EQ(Ask("00 05 01 0C 0C 02 3F FF FF 19 4B"), "60 01 09");
-    m_link->Deliver(5, Hex("10 08"), true);
-    EXPECT_EQ(Ask("00 05 02 0C 0C 02 3F FF FF 19 4B"), "60 02 09") << "and silent on Who-Is";
-}
-
-TEST_F(OwnDeviceTest, AnnouncesItself) {
-    m_link->TakeSent();
-    m_client->Announce();
-    const auto sent = m_link->TakeSent();
-    ASSERT_EQ(sent.size(), 1U);
-    EXPECT_EQ(ToHex(sent[0].Npdu), "01 20 FF FF 00 FF 10 00 C4 02 00 00 4D 22 05 C4 91 02 22 01 04");
 }
 
 } // namespace
