@@ -10,6 +10,7 @@
 #include "platform/stack/transport/Capture.h"
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
 
 namespace bacnet {
@@ -95,6 +96,7 @@ BacnetClient::BacnetClient(const ClientConfig& config, std::vector<ClientLink> l
       m_traits(clock != nullptr ? *clock : m_clock), m_server(config.Device, config.Transactions),
       m_transactions(
           [this]() -> NetworkLayer& {
+              m_network.SetGate([this](std::uint16_t network) { return m_networkStates.IsEnabled(network); });
               m_network.SetReport([](const std::string& text) { ::LogErr("%s", text.c_str()); });
               for (const ClientLink& link : m_links)
                   m_network.AddPort(*link.Link, link.Network);
@@ -183,7 +185,9 @@ BACSTAC_STATUS BacnetClient::Command(unsigned device, ConfirmedService service, 
 BACSTAC_STATUS BacnetClient::WhoIs(BACSTAC_ADDRESS const& destination, unsigned low, unsigned high) {
     if (low > high || destination.MacLength > sizeof destination.Mac)
         return BACSTAC_STATUS_INVALID_ARGUMENT;
-    if (destination.Network != BACSTAC_ALL_NETWORKS && !m_networkStates.IsEnabled(destination.Network))
+    const auto enabled = [this](const ClientLink& link) { return m_networkStates.IsEnabled(link.Network); };
+    if (destination.Network != BACSTAC_ALL_NETWORKS ? !m_networkStates.IsEnabled(destination.Network)
+                                                    : std::none_of(m_links.begin(), m_links.end(), enabled))
         return BACSTAC_STATUS_DISABLED;
     std::uint8_t request[16];
     Writer writer(request);
@@ -210,6 +214,8 @@ void BacnetClient::SetIdentity(std::uint32_t instance, const std::string& name) 
 
 // On a background thread of the transaction layer.
 void BacnetClient::OnRequest(const RequestIndication& request) {
+    if (m_transactions.Counters().RequestsDropped.Value() != 0 && !m_loggedDropped.exchange(true))
+        ::LogErr("Other stations send requests faster than they are taken: some are dropped");
     if (!request.Confirmed && request.Header.Service == static_cast<std::uint8_t>(UnconfirmedService::iAm))
         OnIAm(request);
     else
@@ -231,18 +237,33 @@ void BacnetClient::OnIAm(const RequestIndication& request) {
         ::LogInf("Device %u has moved from %s to %s", announcement.Device, AddressText(former).c_str(),
                  AddressText(request.Source).c_str());
         break;
-    case LiveDirectory::Learned::duplicate: {
-        const std::lock_guard lock(m_loggedLock);
-        constexpr std::size_t enough = 1000; // of a flood
-        if (m_loggedDuplicates.size() < enough && m_loggedDuplicates.insert(announcement.Device).second)
-            ::LogErr("Device instance %u is used twice: %s is kept, %s is ignored", announcement.Device,
-                     AddressText(former).c_str(), AddressText(request.Source).c_str());
+    case LiveDirectory::Learned::duplicate:
+        LogDuplicate(announcement.Device, former, request.Source);
         break;
-    }
+    case LiveDirectory::Learned::full:
+        if (!m_loggedFull.exchange(true))
+            ::LogErr("More devices announce themselves than are kept: device %u at %s and others are ignored",
+                     announcement.Device, AddressText(request.Source).c_str());
+        break;
     default:
         break;
     }
     m_callbacks.Notify(request.Source, announcement.Device);
+}
+
+void BacnetClient::LogDuplicate(unsigned device, const BACSTAC_ADDRESS& known, const BACSTAC_ADDRESS& other) {
+    constexpr std::size_t enough = 1000; // of a flood
+    decltype(m_loggedDuplicates)::value_type pair{};
+    std::memcpy(pair.data(), &device, sizeof device);
+    std::memcpy(pair.data() + sizeof device, &known, sizeof known);
+    std::memcpy(pair.data() + sizeof device + sizeof known, &other, sizeof other);
+    {
+        const std::lock_guard lock(m_loggedLock);
+        if (m_loggedDuplicates.size() >= enough || !m_loggedDuplicates.insert(pair).second)
+            return;
+    }
+    ::LogErr("Device instance %u is used twice: %s is kept, %s is ignored", device, AddressText(known).c_str(),
+             AddressText(other).c_str());
 }
 
 int BacnetClient::RegisterIAMCallback(CIAMCallback* callback) {

@@ -17,6 +17,8 @@
 #include "platform/stack/services/ServiceChoice.h"
 #include "platform/stack/transaction/TransactionLayer.h"
 
+#include <array>
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -151,6 +153,7 @@ public:
 private:
     void OnRequest(const RequestIndication& request) override;
     void OnIAm(const RequestIndication& request);
+    void LogDuplicate(unsigned device, const BACSTAC_ADDRESS& known, const BACSTAC_ADDRESS& other);
 
     // The address that the caller gives, or the device's where it gives none.
     BACSTAC_STATUS FindPeer(unsigned device, const BACSTAC_ADDRESS& address, Peer& peer) const;
@@ -199,8 +202,11 @@ private:
     PeerTraits m_traits;
     DeviceServer m_server;
     std::mutex m_loggedLock;
-    std::set<unsigned> m_loggedDuplicates; // m_loggedLock: instances whose second claimant the log has
-    TransactionLayer m_transactions;       // last: its threads use all of the others
+    // m_loggedLock: instance and the addresses of two claimants that the log has, so that it has each pair once.
+    std::set<std::array<std::uint8_t, sizeof(unsigned) + 2 * sizeof(BACSTAC_ADDRESS)>> m_loggedDuplicates;
+    std::atomic<bool> m_loggedFull{false};
+    std::atomic<bool> m_loggedDropped{false};
+    TransactionLayer m_transactions; // last: its threads use all of the others
 };
 
 } // namespace bacnet

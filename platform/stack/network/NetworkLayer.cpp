@@ -148,6 +148,8 @@ bool NetworkLayer::SendBroadcast(const BACSTAC_ADDRESS& destination, Frame& apdu
     }
     bool sent = false;
     for (std::size_t i = 0; i < m_ports.size(); ++i) {
+        if (network == GLOBAL_BROADCAST && m_gate && !m_gate(m_ports[i].Network))
+            continue;
         apdu.DropHeaders(size);
         if (PrependNpdu(apdu, HeaderFor(network, {}, false)) && SendOn(static_cast<std::uint8_t>(i), {}, apdu))
             sent = true;

@@ -88,6 +88,9 @@ public:
     void SetUser(IApduUser* user) { m_user = user; }
     // Milliseconds that only grow; the system's unless given. Before anything is received.
     void SetClock(std::function<std::int64_t()> now) { m_now = std::move(now); }
+    // Whether a port's network is switched on, by its number as configured: a broadcast to all networks leaves out
+    // ports for which it says no. Before anything is sent; called by sending threads. Without it all are on.
+    void SetGate(std::function<bool(std::uint16_t network)> gate) { m_gate = std::move(gate); }
     // Told of what a user should know. Before anything is received; called on receiving threads.
     void SetReport(std::function<void(const std::string& text)> report) { m_report = std::move(report); }
     std::size_t PortCount() const { return m_ports.size(); }
@@ -159,6 +162,7 @@ private:
 
     std::deque<Port> m_ports; // constant after AddPort, but for its atomic members
     std::function<std::int64_t()> m_now;
+    std::function<bool(std::uint16_t network)> m_gate;
     std::function<void(const std::string& text)> m_report;
     IApduUser* m_user = nullptr;
     NetworkCounters m_counters;
