@@ -27,7 +27,13 @@ const std::vector<Figure>& Figures() {
     static const std::vector<Figure> figures = [] {
         std::vector<Figure> all;
         AddReadPropertyFigures(all);
+        AddReadMultipleFigures(all);
+        AddFileFigures(all);
+        AddDiscoveryFigures(all);
+        AddIsolationFigures(all);
         AddReadRangeFigures(all);
+        AddCodecFigures(all);
+        AddDirectoryFigures(all);
         AddHistoryFigures(all);
         AddTriggerFigures(all);
         return all;

@@ -40,7 +40,13 @@ int PrintTable(const std::vector<std::string>& names);
 
 // One measurement's groups of figures, each in a file of its own.
 void AddReadPropertyFigures(std::vector<Figure>& figures);
+void AddReadMultipleFigures(std::vector<Figure>& figures);
 void AddReadRangeFigures(std::vector<Figure>& figures);
+void AddFileFigures(std::vector<Figure>& figures);
+void AddDiscoveryFigures(std::vector<Figure>& figures);
+void AddIsolationFigures(std::vector<Figure>& figures);
+void AddCodecFigures(std::vector<Figure>& figures);
+void AddDirectoryFigures(std::vector<Figure>& figures);
 void AddHistoryFigures(std::vector<Figure>& figures);
 void AddTriggerFigures(std::vector<Figure>& figures);
 

@@ -36,11 +36,6 @@ constexpr std::uint64_t kRecordsOfATrend = 50'000;
 constexpr double kRecords = static_cast<double>(kTrends * kRecordsOfATrend);
 constexpr double kPeakLimitMegabytes = 150;
 
-[[noreturn]] void Fail(const std::string& reason) {
-    fmt::print(stderr, "bdc-bench: {}\n", reason);
-    std::_Exit(2);
-}
-
 sim::Counts Site() {
     sim::Counts counts;
     counts.Trends = kTrends;

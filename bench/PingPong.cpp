@@ -15,8 +15,7 @@
 namespace bench {
 namespace {
 
-constexpr std::size_t kRequestSize = 17;
-constexpr std::size_t kAnswerSize = 25;
+constexpr std::size_t kMaxDatagram = 1500;
 
 struct Endpoint {
     int fd;
@@ -34,13 +33,13 @@ Endpoint Open() {
     return endpoint;
 }
 
-[[noreturn]] void Answer(int fd) {
-    std::array<char, 64> buffer{};
+[[noreturn]] void Answer(int fd, std::size_t size) {
+    std::array<char, kMaxDatagram> buffer{};
     for (;;) {
         sockaddr_in from{};
         socklen_t length = sizeof from;
         if (recvfrom(fd, buffer.data(), buffer.size(), 0, reinterpret_cast<sockaddr*>(&from), &length) > 0)
-            sendto(fd, buffer.data(), kAnswerSize, 0, reinterpret_cast<sockaddr*>(&from), length);
+            sendto(fd, buffer.data(), size, 0, reinterpret_cast<sockaddr*>(&from), length);
     }
 }
 
@@ -55,19 +54,19 @@ void PinThread(int processor) {
     sched_setaffinity(0, sizeof set, &set);
 }
 
-double PingPongRate(Pinning pinning, int outstanding, double seconds) {
+double PingPongRate(Pinning pinning, int outstanding, double seconds, TripSizes sizes) {
     using Clock = std::chrono::steady_clock;
     const Endpoint server = Open();
     const Endpoint client = Open();
     const Child child([&] {
         PinThread(pinning.server);
-        Answer(server.fd);
+        Answer(server.fd, sizes.answer);
     });
     const PinnedScope pinned(pinning.client);
 
-    std::array<char, 64> buffer{};
+    std::array<char, kMaxDatagram> buffer{};
     const auto send = [&] {
-        sendto(client.fd, buffer.data(), kRequestSize, 0, reinterpret_cast<const sockaddr*>(&server.address),
+        sendto(client.fd, buffer.data(), sizes.request, 0, reinterpret_cast<const sockaddr*>(&server.address),
                sizeof server.address);
     };
     for (int i = 0; i < outstanding; ++i)

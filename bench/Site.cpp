@@ -10,14 +10,10 @@
 
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 namespace bench {
 namespace {
-
-[[noreturn]] void Fail(const std::string& reason) {
-    fmt::print(stderr, "bdc-bench: {}\n", reason);
-    std::_Exit(2);
-}
 
 std::array<int, 2> OpenPipe() {
     std::array<int, 2> ends{};
@@ -32,15 +28,20 @@ std::string DottedQuad(std::uint32_t ip) {
 
 } // namespace
 
+void Fail(const std::string& reason) {
+    fmt::print(stderr, "bdc-bench: {}\n", reason);
+    std::_Exit(2);
+}
+
 std::uint32_t LoopbackBlock() {
     const auto process = static_cast<std::uint32_t>(getpid());
     return 0x7F000000U | (64 + process / 250 % 128) << 16 | (1 + process % 250) << 8 | 10;
 }
 
-SimulatedSite::SimulatedSite(const sim::Counts& counts, int processor)
+SimulatedSite::SimulatedSite(sim::SimulatorConfig config, int processor)
     : m_ready(OpenPipe()), m_child([&] {
           PinThread(processor);
-          sim::Simulator simulator(sim::GenerateConfig(counts));
+          sim::Simulator simulator(std::move(config));
           std::string error;
           if (!simulator.Start(error))
               Fail(error);
@@ -56,28 +57,34 @@ SimulatedSite::SimulatedSite(const sim::Counts& counts, int processor)
     close(m_ready[0]);
 }
 
-std::unique_ptr<bacnet::BacnetClient> OpenClient(const sim::Counts& counts) {
+std::unique_ptr<bacnet::BacnetClient> OpenClient(const sim::SimulatorConfig& site,
+                                                 const bacnet::TransactionSettings& transactions) {
     bacnet::ClientConfig config;
-    config.Ports.push_back({0, DottedQuad(LoopbackBlock() - 9), counts.Port, "127.255.255.255"});
+    config.Transactions = transactions;
+    config.Ports.push_back({0, DottedQuad(LoopbackBlock() - 9), site.Port, "127.255.255.255"});
     std::string failure;
     auto client = bacnet::BacnetClient::Open(config, failure);
     if (!client)
         Fail(failure);
-    std::uint32_t ip = counts.FirstIp;
-    for (std::uint32_t i = 0; i < counts.Devices; ++i, ip = sim::NextIp(ip)) {
+    for (const sim::DeviceConfig& device : site.Devices) {
         BACSTAC_ADDRESS address{};
         for (unsigned octet = 0; octet < 4; ++octet)
-            address.Mac[octet] = static_cast<std::uint8_t>(ip >> (24 - 8 * octet));
-        address.Mac[4] = static_cast<std::uint8_t>(counts.Port >> 8);
-        address.Mac[5] = static_cast<std::uint8_t>(counts.Port);
+            address.Mac[octet] = static_cast<std::uint8_t>(device.Ip >> (24 - 8 * octet));
+        address.Mac[4] = static_cast<std::uint8_t>(site.Port >> 8);
+        address.Mac[5] = static_cast<std::uint8_t>(site.Port);
         address.MacLength = 6;
         BACSTAC_ADDRESS former{};
-        client->Directory().Learn({counts.BaseInstance + i, counts.MaxApdu,
-                                   static_cast<std::uint32_t>(bacnet::Segmentation::transmit),
-                                   sim::DeviceConfig{}.VendorId},
-                                  address, former);
+        client->Directory().Learn(
+            {device.Instance, device.MaxApdu, static_cast<std::uint32_t>(device.Segmentation), device.VendorId},
+            address, former);
     }
     return client;
+}
+
+std::unique_ptr<bacnet::BacnetClient> OpenClient(const sim::Counts& counts) {
+    sim::Counts withoutRecords = counts; // the records of a large log take their time
+    withoutRecords.Records = 0;
+    return OpenClient(sim::GenerateConfig(withoutRecords));
 }
 
 } // namespace bench

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 namespace bench {
 
@@ -17,7 +18,8 @@ std::uint32_t LoopbackBlock();
 // Devices in a child process on one processor (-1: any). They answer when the constructor returns.
 class SimulatedSite {
 public:
-    SimulatedSite(const sim::Counts& counts, int processor);
+    SimulatedSite(sim::SimulatorConfig config, int processor);
+    SimulatedSite(const sim::Counts& counts, int processor) : SimulatedSite(sim::GenerateConfig(counts), processor) {}
 
 private:
     std::array<int, 2> m_ready; // pipe; before the child, which writes to it
@@ -25,6 +27,11 @@ private:
 };
 
 // A client bound to an address of the block, with the site's devices in its directory.
+std::unique_ptr<bacnet::BacnetClient> OpenClient(const sim::SimulatorConfig& site,
+                                                 const bacnet::TransactionSettings& transactions = {});
 std::unique_ptr<bacnet::BacnetClient> OpenClient(const sim::Counts& counts);
+
+// Ends the program with the reason: a figure that cannot be measured is none.
+[[noreturn]] void Fail(const std::string& reason);
 
 } // namespace bench

@@ -60,7 +60,9 @@ const std::vector<FolderRule>& FolderRules() {
         // The server half of the protocol: it shares what both halves need, never the client.
         {"simulator", ServerHalf()},
         {"host", {"api", "base", "host", "module", "platform", "simulator"}},
-        {"bench", {"api", "base", "bench", "host", "module", "platform", "simulator", "tests/support"}},
+        {"bench",
+         {"api", "base", "bench", "host", "module", "platform", "simulator", "tests/support",
+          "tests/unit/stack/codec"}},
         {"fuzz", {"api", "base", "fuzz", "host", "module", "platform", "simulator"}},
         {"tests", {"api", "base", "bench", "host", "module", "platform", "simulator", "tests"}},
     };
