@@ -18,6 +18,7 @@ namespace bacnet {
 namespace {
 
 constexpr std::uint16_t smallestMaxApdu = 50; // clause 20.1.2.5; a device that claims less cannot mean it
+constexpr std::size_t smallRequest = 470;     // octets of parameters, less than the 480 of an MS/TP station
 
 std::string AddressText(const BACSTAC_ADDRESS& address) {
     char text[64];
@@ -134,8 +135,19 @@ BACSTAC_STATUS BacnetClient::Exchange(const Peer& peer, ConfirmedService service
     CallOptions options;
     options.MaxApdu = peer.MaxApdu == 0 ? std::uint16_t{0} : std::max(peer.MaxApdu, smallestMaxApdu);
     options.Check = check;
-    const CallResult result =
-        m_transactions.Call(peer.Address, static_cast<std::uint8_t>(service), request, answer, options);
+    const auto call = [&] {
+        return m_transactions.Call(peer.Address, static_cast<std::uint8_t>(service), request, answer, options);
+    };
+    // What nearly every device takes in one piece is sent to one that has not said what it takes.
+    CallResult result{Outcome::request_too_long, 0};
+    if (options.MaxApdu != 0 || request.size() <= smallRequest)
+        result = call();
+    if (result.How == Outcome::request_too_long) {
+        const BACSTAC_STATUS status = FindRequestLimits(peer, options);
+        if (status != BACSTAC_OK)
+            return status;
+        result = call();
+    }
     return Conclude(peer, service, result, answer.Octets(), error);
 }
 

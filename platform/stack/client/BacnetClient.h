@@ -155,6 +155,11 @@ private:
     void OnIAm(const RequestIndication& request);
     void LogDuplicate(unsigned device, const BACSTAC_ADDRESS& known, const BACSTAC_ADDRESS& other);
 
+    // What the device takes when a request is long: as it has announced, else as its device object says. options
+    // receives it. Not 0 when the device is silent.
+    BACSTAC_STATUS FindRequestLimits(const Peer& peer, CallOptions& options);
+    BACSTAC_STATUS ReadLimits(const Peer& peer, RequestLimits& limits);
+    BACSTAC_STATUS ReadLimit(const Peer& peer, BACSTAC_PROPERTY_ID property, std::uint32_t& value);
     // The address that the caller gives, or the device's where it gives none.
     BACSTAC_STATUS FindPeer(unsigned device, const BACSTAC_ADDRESS& address, Peer& peer) const;
     // Exchanges of services whose answer carries nothing.

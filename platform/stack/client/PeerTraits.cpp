@@ -66,6 +66,17 @@ void PeerTraits::MultipleReadWorked(const BACSTAC_ADDRESS& address, unsigned cou
     traits.Limit = traits.Limit > UNLIMITED / 2 ? UNLIMITED : traits.Limit * 2;
 }
 
+std::optional<RequestLimits> PeerTraits::Limits(const BACSTAC_ADDRESS& address) const {
+    const std::shared_lock lock(m_lock);
+    const Traits* const traits = Find(address);
+    return traits == nullptr ? std::nullopt : traits->Requests;
+}
+
+void PeerTraits::SetLimits(const BACSTAC_ADDRESS& address, const RequestLimits& limits) {
+    const std::unique_lock lock(m_lock);
+    Learn(address).Requests = limits;
+}
+
 void PeerTraits::Forget(const BACSTAC_ADDRESS& address) {
     {
         const std::shared_lock lock(m_lock); // nearly always nothing is known

@@ -1,6 +1,6 @@
 // What calls have taught about single devices, by address: that one has no multiple reads, or how many properties it
-// manages in one. Only devices with limits are kept, so many and so long at the most: a device may be replaced or
-// taught better, and then costs one refused request. Any thread.
+// manages in one, and what it takes when a request is long. Only devices with limits are kept, so many and so long at
+// the most: a device may be replaced or taught better, and then costs one refused request. Any thread.
 #pragma once
 
 #include "api/bacnet/Types.h"
@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <shared_mutex>
 #include <string_view>
 #include <unordered_map>
@@ -20,6 +21,13 @@ struct AddressHash {
         std::memcpy(octets, &address, sizeof address);
         return std::hash<std::string_view>{}({octets, sizeof octets});
     }
+};
+
+// What a device takes in one request, as its device object says.
+struct RequestLimits {
+    std::uint16_t MaxApdu = 0;     // octets; 0: it does not say
+    bool TakesSegments = false;    // more than one APDU
+    std::uint32_t MaxSegments = 0; // of one request; 0: it does not say
 };
 
 class PeerTraits {
@@ -40,6 +48,9 @@ public:
     // A read at the limit went well. After a number of them the limit is tried higher, since it may have been one long
     // value that set it.
     void MultipleReadWorked(const BACSTAC_ADDRESS& address, unsigned count);
+    // Nothing when they were not read yet.
+    std::optional<RequestLimits> Limits(const BACSTAC_ADDRESS& address) const;
+    void SetLimits(const BACSTAC_ADDRESS& address, const RequestLimits& limits);
     // Another device is at this address now, or may be.
     void Forget(const BACSTAC_ADDRESS& address);
     std::size_t Count() const;
@@ -48,6 +59,7 @@ private:
     struct Traits {
         unsigned Limit = UNLIMITED;
         unsigned Successes = 0; // at the limit, in a row
+        std::optional<RequestLimits> Requests;
         Millis LearnedAt = 0;
     };
     using Map = std::unordered_map<BACSTAC_ADDRESS, Traits, AddressHash>;

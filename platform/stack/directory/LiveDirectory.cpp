@@ -10,6 +10,7 @@ struct LiveDirectory::Entry {
     BACSTAC_ADDRESS Address{};
     unsigned Vendor = 0;
     std::uint16_t MaxApdu = 0;
+    std::uint32_t Segmentation = NOT_TOLD;
     bool Known = false; // false: was known once
     bool InFile = false;
     bool Announced = false;                 // by an I-Am since the last load
@@ -29,7 +30,7 @@ bool LiveDirectory::Resolve(unsigned device, Target& target) const {
     const Entry* const entry = Find(device);
     if (entry == nullptr || entry->Address.MacLength == 0)
         return false;
-    target = {entry->Address, entry->MaxApdu, const_cast<Entry*>(entry)};
+    target = {entry->Address, entry->MaxApdu, const_cast<Entry*>(entry), entry->Instance, entry->Segmentation};
     return true;
 }
 
@@ -54,7 +55,7 @@ LiveDirectory::Learned LiveDirectory::Learn(const IAm& announcement, const BACST
         const std::shared_lock lock(m_lock); // most announcements tell nothing new
         const Entry* const entry = Find(announcement.Device);
         if (entry != nullptr && entry->Announced && entry->Address == address && entry->MaxApdu == maxApdu &&
-            entry->Vendor == announcement.Vendor) {
+            entry->Segmentation == announcement.Segmentation && entry->Vendor == announcement.Vendor) {
             entry->Alive.store(true, std::memory_order_relaxed);
             return Learned::known;
         }
@@ -86,6 +87,7 @@ LiveDirectory::Learned LiveDirectory::Learn(const IAm& announcement, const BACST
     entry.Address = address;
     entry.Vendor = announcement.Vendor;
     entry.MaxApdu = maxApdu;
+    entry.Segmentation = announcement.Segmentation;
     entry.Alive.store(true, std::memory_order_relaxed);
     return learned;
 }
@@ -114,6 +116,7 @@ bool LiveDirectory::Load(const std::string& path) {
         if (!slot->Known || slot->Address != device.GetAddr()) {
             slot->Alive.store(false, std::memory_order_relaxed);
             slot->MaxApdu = 0;
+            slot->Segmentation = NOT_TOLD;
             slot->Announced = false;
         }
         slot->Known = true;

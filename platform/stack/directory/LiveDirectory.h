@@ -31,10 +31,13 @@ public:
     // Where a request to a device goes. Entry names the device in Confirm and Doubt; it is valid as long as the
     // directory.
     struct Entry;
+    static constexpr std::uint32_t NOT_TOLD = UINT32_MAX;
     struct Target {
         BACSTAC_ADDRESS Address{};
         std::uint16_t MaxApdu = 0; // octets that the device accepts; 0 when it never announced itself
         Entry* Device = nullptr;
+        unsigned Instance = BACSTAC_MAX_INSTANCE; // of the device; this one stands for any
+        std::uint32_t Segmentation = NOT_TOLD;    // as announced
     };
     bool Resolve(unsigned device, Target& target) const;
 
