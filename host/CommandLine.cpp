@@ -1,6 +1,7 @@
 #include "host/CommandLine.h"
 
 #include "base/NumberText.h"
+#include "host/BacnetCommandLine.h"
 #include "host/BacnetNames.h"
 #include "host/ControlClient.h"
 #include "host/DataFolder.h"
@@ -36,9 +37,7 @@ const CLI::Validator IS_INSTANCE(
     "NUMBER");
 
 const CLI::Validator IS_TYPE(
-    [](const std::string& text) {
-        return ObjectTypeByText(text) ? std::string() : "not an object type: " + text;
-    },
+    [](const std::string& text) { return ObjectTypeByText(text) ? std::string() : "not an object type: " + text; },
     "TYPE");
 
 // What a command line asks for.
@@ -59,7 +58,7 @@ int AskInstance(Invocation& invocation) {
     if (invocation.json)
         renderer = MakeJsonRenderer(invocation.list);
     else
-        renderer = invocation.csv ? MakeCsvRenderer() : MakeTextRenderer(invocation.request.command);
+        renderer = invocation.csv ? MakeCsvRenderer({"time", "value"}) : MakeTextRenderer(invocation.request.command);
     const ControlReply reply =
         CControlClient::Ask(folder, invocation.request, [&](const std::string& row) { renderer->Row(row); });
     renderer->End(reply);
@@ -186,10 +185,12 @@ int RunCommandLine(int argc, char** argv) {
     AddRun(app, invocation);
     AddDemo(app, invocation);
     AddClientCommands(app, invocation);
+    std::function<int()> bacnetCommand;
+    AddBacnetCommands(app, FOOTER, bacnetCommand);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
     }
-    return invocation.command(invocation);
+    return bacnetCommand ? bacnetCommand() : invocation.command(invocation);
 }

@@ -15,6 +15,11 @@ ControlReply Failed(std::string error) {
 
 } // namespace
 
+bool CControlClient::HasInstance(const std::string& folder) {
+    const CFileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    return socket && WithControlAddress(folder, socket.Get(), connect) == 0;
+}
+
 ControlReply CControlClient::Ask(const std::string& folder, const ControlRequest& request,
                                  const std::function<void(const std::string&)>& onRow,
                                  std::chrono::milliseconds silence) {

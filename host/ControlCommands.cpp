@@ -6,6 +6,7 @@
 #include "host/Runtime.h"
 #include "host/TimeText.h"
 #include "host/Version.h"
+#include "host/bacnet/Call.h"
 #include "module/console/Globals.h"
 #include "platform/historian/SqliteHistoryStore.h"
 #include "platform/kernel/Kernel.h"
@@ -306,14 +307,14 @@ constexpr Command COMMANDS[] = {
 } // namespace
 
 ControlReply AnswerControlRequest(CRuntime& runtime, const ControlRequest& request, IControlClient& client) {
-    for (const Command& command : COMMANDS) {
-        if (request.command != command.name)
-            continue;
-        try {
-            return command.answer(runtime, CArguments(request), client);
-        } catch (const std::exception& failure) {
-            return Failed(failure.what());
+    try {
+        for (const Command& command : COMMANDS) {
+            if (request.command == command.name)
+                return command.answer(runtime, CArguments(request), client);
         }
+        // The lock of the folder is this process's already.
+        return RunBacnetCommand({runtime.Client(), [](std::string&) { return true; }}, request, client);
+    } catch (const std::exception& failure) {
+        return Failed(failure.what());
     }
-    return Misused("no such command: " + request.command);
 }

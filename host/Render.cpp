@@ -19,8 +19,7 @@ std::string ValueText(const Json& value) {
 }
 
 std::string Member(const Json& json, const char* name) {
-    const auto found = json.find(name);
-    return found == json.end() ? std::string("-") : ValueText(*found);
+    return MemberText(json, name);
 }
 
 Json Parse(const std::string& text) {
@@ -64,20 +63,30 @@ private:
 
 class CCsvRenderer : public IRenderer {
 public:
-    CCsvRenderer() { fmt::print("time,value\r\n"); }
+    explicit CCsvRenderer(std::vector<std::string> columns) : m_columns(std::move(columns)) {
+        for (const std::string& column : m_columns)
+            fmt::print("{}{}", &column == &m_columns.front() ? "" : ",", column);
+        fmt::print("\r\n");
+    }
 
     void Row(const std::string& json) override {
         const Json row = Parse(json);
-        const auto value = row.find("value");
-        std::string text = Member(row, "value");
-        if (value != row.end() && value->is_string())
-            text = Quoted(value->get<std::string>());
-        fmt::print("{},{}\r\n", Member(row, "time"), text);
+        std::string line;
+        for (const std::string& column : m_columns)
+            line += (line.empty() && &column == &m_columns.front() ? "" : ",") + Field(row, column);
+        fmt::print("{}\r\n", line);
     }
 
     void End(const ControlReply& reply) override { PrintFailure(reply); }
 
 private:
+    static std::string Field(const Json& row, const std::string& column) {
+        const auto value = row.find(column);
+        if (value == row.end() || value->is_null())
+            return {};
+        return value->is_string() ? Quoted(value->get<std::string>()) : ValueText(*value);
+    }
+
     static std::string Quoted(const std::string& text) {
         if (text.find_first_of(",\"\r\n") == std::string::npos)
             return text;
@@ -86,17 +95,21 @@ private:
             quoted += character == '"' ? "\"\"" : std::string(1, character);
         return quoted + "\"";
     }
+
+    const std::vector<std::string> m_columns;
 };
 
 // A line per row and per result, made by two functions; either may be null.
 class CTextRenderer : public IRenderer {
 public:
-    using Line = std::string (*)(const Json&);
+    using Line = RenderLine;
     CTextRenderer(Line row, Line result, std::FILE* rows) : m_row(row), m_result(result), m_rows(rows) {}
 
     void Row(const std::string& json) override {
-        if (m_row != nullptr)
-            fmt::print(m_rows, "{}\n", m_row(Parse(json)));
+        if (m_row == nullptr)
+            return;
+        const Json row = Parse(json);
+        fmt::print(row.contains("error") ? stderr : m_rows, "{}\n", m_row(row));
     }
 
     void End(const ControlReply& reply) override {
@@ -182,6 +195,11 @@ constexpr TextForm TEXT_FORMS[] = {
 
 } // namespace
 
+std::string MemberText(const Json& json, const char* name) {
+    const auto found = json.find(name);
+    return found == json.end() ? std::string("-") : ValueText(*found);
+}
+
 std::string Printable(const std::string& text) {
     std::string printable;
     for (const char character : text) {
@@ -198,8 +216,12 @@ std::unique_ptr<IRenderer> MakeJsonRenderer(const char* list) {
     return std::make_unique<CJsonRenderer>(list);
 }
 
-std::unique_ptr<IRenderer> MakeCsvRenderer() {
-    return std::make_unique<CCsvRenderer>();
+std::unique_ptr<IRenderer> MakeCsvRenderer(std::vector<std::string> columns) {
+    return std::make_unique<CCsvRenderer>(std::move(columns));
+}
+
+std::unique_ptr<IRenderer> MakeLineRenderer(RenderLine row, RenderLine result) {
+    return std::make_unique<CTextRenderer>(row, result, stdout);
 }
 
 std::unique_ptr<IRenderer> MakeTextRenderer(const std::string& command) {

@@ -4,8 +4,11 @@
 
 #include "host/ControlProtocol.h"
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <memory>
 #include <string>
+#include <vector>
 
 class IRenderer {
 public:
@@ -21,8 +24,17 @@ std::unique_ptr<IRenderer> MakeJsonRenderer(const char* list);
 // For people, by command: "tag list" and so on.
 std::unique_ptr<IRenderer> MakeTextRenderer(const std::string& command);
 
-// RFC 4180: a line of headings, then a line per record of "history query".
-std::unique_ptr<IRenderer> MakeCsvRenderer();
+// Turns a row or a result into a line; never throws, whatever members there are.
+using RenderLine = std::string (*)(const nlohmann::ordered_json&);
+// For people: a line per row, and one for the result when it is not empty. Either may be null. A row with a member
+// "error" goes to standard error.
+std::unique_ptr<IRenderer> MakeLineRenderer(RenderLine row, RenderLine result);
+
+// RFC 4180: a line of headings, then a line per row with these members; one that is missing or null is empty.
+std::unique_ptr<IRenderer> MakeCsvRenderer(std::vector<std::string> columns);
+
+// A member as text that is safe on a terminal; "-" when it is null or missing.
+std::string MemberText(const nlohmann::ordered_json& json, const char* name);
 
 // Text that is safe on a terminal: control characters as \xNN.
 std::string Printable(const std::string& text);

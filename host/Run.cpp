@@ -9,7 +9,9 @@
 #include <nlohmann/json.hpp>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 
@@ -30,8 +32,10 @@ bool IsSet(const char* variable) {
     return value != nullptr && *value != '\0';
 }
 
-// The folder and the configuration, as options and file say.
-bool ReadOptions(const RunOptions& options, Config& config, std::string& folder, std::string& error) {
+} // namespace
+
+bool ReadOptions(const RunOptions& options, MissingConfig missing, Config& config, std::string& folder,
+                 std::string& error) {
     folder = options.data.empty() ? DefaultDataFolder() : options.data;
     if (folder.empty() && options.config.empty()) {
         error = "no data folder: give one with --data";
@@ -39,7 +43,10 @@ bool ReadOptions(const RunOptions& options, Config& config, std::string& folder,
     }
     const std::string path = options.config.empty() ? folder + "/" + CONFIG_FILE : options.config;
     std::vector<std::string> errors;
-    if (!LoadConfig(path, config, errors)) {
+    const bool isMissing = options.config.empty() && access(path.c_str(), F_OK) != 0 && errno == ENOENT;
+    if (isMissing && missing == MissingConfig::IsDefault)
+        config.networks.emplace_back();
+    else if (!LoadConfig(path, config, errors)) {
         for (const std::string& line : errors)
             error += (error.empty() ? "" : "\n") + line;
         return false;
@@ -49,8 +56,6 @@ bool ReadOptions(const RunOptions& options, Config& config, std::string& folder,
     folder = folder.empty() ? folder : AbsolutePath(folder);
     return true;
 }
-
-} // namespace
 
 int ReportFailure(int code, const std::string& error, bool json) {
     if (json) {
@@ -97,7 +102,7 @@ int RunDriver(const RunOptions& options) {
     Config config;
     std::string folder;
     std::string error;
-    if (!ReadOptions(options, config, folder, error))
+    if (!ReadOptions(options, MissingConfig::IsAFailure, config, folder, error))
         return ReportFailure(EXIT_FAILED, error, options.json);
     CLockFile lock;
     if (!TakeDataFolder(folder, lock, error))

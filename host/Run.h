@@ -7,6 +7,7 @@
 #include <string>
 
 class CRuntime;
+struct Config;
 
 struct RunOptions {
     std::string config; // path; empty: bdc.toml in the data folder
@@ -14,6 +15,12 @@ struct RunOptions {
     bool headless = false;
     bool json = false;
 };
+
+enum class MissingConfig { IsAFailure, IsDefault };
+// The configuration and the data folder, absolute, as the options and the file say. missing: what it means that there
+// is no file and none was named.
+bool ReadOptions(const RunOptions& options, MissingConfig missing, Config& config, std::string& folder,
+                 std::string& error);
 
 // Exit code.
 int RunDriver(const RunOptions& options);

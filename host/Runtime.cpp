@@ -3,6 +3,7 @@
 #include "api/bacnet/Log.h"
 #include "host/ControlCommands.h"
 #include "host/DataFolder.h"
+#include "host/StackConfig.h"
 #include "host/Version.h"
 #include "module/console/Globals.h"
 #include "module/console/Messages.h"
@@ -18,7 +19,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr const char* HISTORY_FILE = "history.db";
-constexpr const char* STATION_FILE = "station.json";
 constexpr const char* ALARM_RULE_FILE = "alarm-rules.json";
 constexpr const char* TAG_NUMBER_FILE = "tag-numbers.json";
 constexpr const char* LOG_FOLDER = "log";
@@ -28,35 +28,6 @@ constexpr std::uint32_t CONSOLE_END_WAIT = 20000;   // ms
 // A running transfer is first told to stop behind the object that it is at, then its requests are cut off.
 constexpr auto TRANSFER_STOP_WAIT = 3s;
 constexpr auto TRANSFER_CUT_WAIT = 10s;
-
-bacnet::ClientConfig StackConfigOf(const Config& config, const std::string& folder, CStationStore& station) {
-    bacnet::ClientConfig stack;
-    for (const NetworkConfig& network : config.networks) {
-        bacnet::ClientPort port;
-        port.Network = network.number;
-        port.BindAddress = network.bind == "0.0.0.0" ? "" : network.bind;
-        port.UdpPort = network.port;
-        port.BroadcastAddress = network.broadcast;
-        port.Foreign = network.foreign;
-        port.Bbmd = network.bbmd;
-        stack.Ports.push_back(std::move(port));
-    }
-    stack.Transactions.TimeoutMs = config.stack.apduTimeout;
-    stack.Transactions.Retries = static_cast<std::uint8_t>(config.stack.retries);
-    if (!config.stack.capture.empty())
-        stack.CaptureFile = folder + "/" + config.stack.capture;
-    stack.CaptureLimit = std::uint64_t{config.stack.captureLimit} << 20;
-    stack.Device.Instance = station.GetDeviceInstance();
-    stack.Device.Name = station.GetDeviceName();
-    stack.Device.VendorId = config.identity.vendorId;
-    stack.Device.VendorName = config.identity.vendorName;
-    stack.Device.ModelName = "bdc";
-    stack.Device.FirmwareRevision = BDC_VERSION;
-    stack.Device.ApplicationVersion = BDC_VERSION;
-    stack.Device.Description = config.identity.description;
-    stack.Device.Location = config.identity.location;
-    return stack;
-}
 
 // "Transfer history on startup" is for the driver to heed.
 bool IsTransferWantedAtStart() {

@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+inline constexpr const char* STATION_FILE = "station.json"; // in the data folder
+
 class CStationStore : public IBacnetIdentity, public IUserAccess, public ISystemAlarmDefinitions {
 public:
     // Starts with the configuration's values.

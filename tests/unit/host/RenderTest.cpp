@@ -53,7 +53,7 @@ TEST_F(Render, JsonLeavesProgressOut) {
 }
 
 TEST_F(Render, CsvQuotesWhatNeedsIt) {
-    auto renderer = MakeCsvRenderer();
+    auto renderer = MakeCsvRenderer({"time", "value"});
     renderer->Row(R"({"time":"2026-01-05T12:30:15.040+01:00","value":21.5})");
     renderer->Row(R"({"time":"T","value":"a \"b\", c\n"})");
     renderer->Row(R"({"time":"T","value":"plain"})");

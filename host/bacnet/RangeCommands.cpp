@@ -1,0 +1,164 @@
+// readrange: the records of a log, or a part of any list.
+#include "api/bacnet/BacGeneral.h"
+#include "api/bacnet/Enums.h"
+#include "base/NumberText.h"
+#include "host/bacnet/Call.h"
+#include "host/bacnet/Command.h"
+#include "host/bacnet/LogRecordJson.h"
+#include "host/bacnet/PointText.h"
+#include "host/bacnet/ValueJson.h"
+#include "host/bacnet/ValueText.h"
+#include "platform/stack/client/BacnetClient.h"
+
+#include <fmt/core.h>
+#include <nlohmann/json.hpp>
+
+#include <cstdlib>
+
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+constexpr std::int64_t MAX_COUNT = 1000000;
+constexpr std::int64_t ONE_REQUEST = 32767; // what the count of a request can say
+
+// What was asked for, and where the next request goes on.
+struct Range {
+    BACSTAC_OBJECT_ID object{};
+    PropertyText property{PROP_LOG_BUFFER, BACSTAC_NO_INDEX};
+    std::uint32_t kind = BACSTAC_RANGE_BY_POSITION;
+    std::uint32_t reference = 1; // position or sequence number
+    BACSTAC_DATE_TIME time{};
+    std::int64_t count = MAX_COUNT; // still wanted; negative: backwards
+};
+
+bool TakeReference(CBacnetCall& call, const char* key, std::uint32_t kind, Range& range) {
+    if (!call.Has(key))
+        return true;
+    const auto number = ParseU32(call.Text(key));
+    if (!number)
+        return call.Refuse("--" + std::string(key) + " is a number from 0 to 4294967295, not \"" + call.Text(key) +
+                           "\"");
+    range.kind = kind;
+    range.reference = *number;
+    return true;
+}
+
+bool TakeRange(CBacnetCall& call, Range& range) {
+    if (call.Has("position") + call.Has("sequence") + call.Has("time") > 1)
+        return call.Refuse("give one of --position, --sequence and --time");
+    if (!call.TakeObject(range.object) ||
+        (call.Has("property") && !call.TakeProperty(call.Text("property"), range.property)) ||
+        !TakeReference(call, "position", BACSTAC_RANGE_BY_POSITION, range) ||
+        !TakeReference(call, "sequence", BACSTAC_RANGE_BY_SEQUENCE, range) ||
+        !call.TakeNumber("count", -MAX_COUNT, MAX_COUNT, range.count))
+        return false;
+    if (range.count == 0)
+        return call.Refuse("--count is not 0; a negative one goes backwards");
+    if (!call.Has("time"))
+        return true;
+    range.kind = BACSTAC_RANGE_BY_TIME;
+    return (ParseDateTime(call.Text("time"), range.time) || ParseDate(call.Text("time"), range.time.Date)) ||
+           call.Refuse("\"" + call.Text("time") + "\" is no time: give it as 2026-11-21 or 2026-11-21 14:30:00");
+}
+
+BACSTAC_READ_RANGE_SPEC SpecOf(const Range& range) {
+    const auto count = static_cast<std::int32_t>(std::clamp(range.count, -ONE_REQUEST, ONE_REQUEST));
+    BACSTAC_READ_RANGE_SPEC spec{};
+    spec.Kind = range.kind;
+    if (range.kind == BACSTAC_RANGE_BY_TIME)
+        spec.ByTime = {range.time, count};
+    else
+        spec.ByIndex = {range.reference, count};
+    return spec;
+}
+
+// Behind a block of so many records, whose first one has this sequence number (0: the device told none). False when
+// there is no way to go on.
+bool GoOn(Range& range, std::uint32_t received, std::uint32_t firstSequence) {
+    const bool isForward = range.count > 0;
+    range.count += isForward ? -std::int64_t{received} : std::int64_t{received};
+    if (range.count == 0 || received == 0)
+        return false;
+    if (range.kind == BACSTAC_RANGE_BY_POSITION) {
+        if (!isForward && range.reference <= received)
+            return false;
+        range.reference = isForward ? range.reference + received : range.reference - received;
+        return true;
+    }
+    if (firstSequence == 0)
+        return false;
+    range.kind = BACSTAC_RANGE_BY_SEQUENCE;
+    range.reference = isForward ? firstSequence + received : firstSequence - 1;
+    return range.reference != 0;
+}
+
+ControlReply ReadRange(CBacnetCall& call) {
+    Range range;
+    unsigned device = 0;
+    if (!TakeRange(call, range) || !call.TakeDevice(device))
+        return call.Failure();
+    CValueBuffer buffer;
+    std::size_t total = 0;
+    bool isMore = true;
+    while (isMore) {
+        const BACSTAC_READ_RANGE_SPEC spec = SpecOf(range);
+        BACSTAC_PROPERTY_CONTENTS contents = buffer.Contents();
+        BACSTAC_BIT_STRING flags{};
+        BACSTAC_ERROR error{};
+        unsigned firstSequence = 0;
+        const BACSTAC_STATUS status =
+            call.Stack().ReadRange(device, range.object, range.property.property, range.property.index, &spec, &flags,
+                                   &contents, &error, &firstSequence);
+        if (!call.Succeeded(status, error,
+                            PointName(device, range.object, range.property.property, range.property.index)))
+            return call.Failure();
+        Json records = LogRecords(contents, range.object.Type, range.property.property);
+        const bool isByPosition = range.kind == BACSTAC_RANGE_BY_POSITION;
+        std::uint32_t number = isByPosition ? range.reference : firstSequence;
+        if (isByPosition && range.count < 0)
+            number = range.reference - static_cast<std::uint32_t>(records.size()) + 1;
+        for (Json& record : records) {
+            Json row{{"number", number == 0 ? Json(nullptr) : Json(number++)}};
+            row.update(record);
+            if (!call.Row(row))
+                return call.Failure();
+        }
+        total += records.size();
+        isMore = CBacGeneral::TestBitStringBit(flags, BACSTAC_RANGE_MORE_ITEMS) &&
+                 GoOn(range, static_cast<std::uint32_t>(records.size()), firstSequence);
+    }
+    return call.Done({{"count", total}});
+}
+
+std::string RecordLine(const Json& row) {
+    std::string line = fmt::format("{:>10}  ", MemberText(row, "number"));
+    if (row.contains("time"))
+        line += fmt::format("{}  {:<11} ", MemberText(row, "time"), MemberText(row, "kind"));
+    line += MemberText(row, "value");
+    const std::string status = MemberText(row, "status");
+    return status == "-" || status == "{}" ? line : line + "  " + status;
+}
+
+constexpr CommandOption RANGE_OPTIONS[] = {
+    DEVICE_ARGUMENT,
+    OBJECT_ARGUMENT,
+    {"PROPERTY", "property", "Another list than log-buffer"},
+    {"--position", "position", "From this place in the buffer on; 1 is the oldest record (1)"},
+    {"--sequence", "sequence", "From this sequence number on"},
+    {"--time", "time", "From behind this time on: 2026-11-21 or \"2026-11-21 14:30:00\", the device's local time"},
+    {"--count", "count", "So many records; a negative number goes backwards from the reference (all)"},
+};
+
+constexpr const char* RANGE_COLUMNS[] = {"number", "time", "kind", "value", "status"};
+
+constexpr BacnetCommand COMMANDS[] = {
+    {nullptr, "readrange", "Reads the records of a log, or a part of a list", RANGE_OPTIONS, "records", ReadRange,
+     RecordLine, nullptr, RANGE_COLUMNS},
+};
+
+} // namespace
+
+std::span<const BacnetCommand> RangeCommands() {
+    return COMMANDS;
+}

@@ -1,0 +1,186 @@
+// read: properties of one object.
+#include "api/bacnet/BacGeneral.h"
+#include "api/bacnet/Enums.h"
+#include "api/bacnet/Requests.h"
+#include "host/bacnet/Call.h"
+#include "host/bacnet/Command.h"
+#include "host/bacnet/PointText.h"
+#include "host/bacnet/ValueJson.h"
+#include "platform/stack/client/BacnetClient.h"
+
+#include <fmt/core.h>
+#include <nlohmann/json.hpp>
+
+#include <deque>
+
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+constexpr unsigned MAX_PROPERTIES = 400; // of one object
+
+// Rows of one object's properties, and how many of them could be read.
+class CPropertyRows {
+public:
+    CPropertyRows(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID& object)
+        : m_call(call), m_device(device), m_object(object) {}
+
+    bool Add(const PropertyText& property, const BACSTAC_PROPERTY_CONTENTS& contents) {
+        ++m_read;
+        Json row = Head();
+        row.update(ValueJson({m_object, property.property, property.index, contents}));
+        return m_call.Row(row);
+    }
+    bool AddFailure(const PropertyText& property, BACSTAC_STATUS status, const BACSTAC_ERROR& error) {
+        ++m_failed;
+        Json row = Head();
+        row["property"] = PropertyName(property.property, BACSTAC_NO_INDEX);
+        if (property.index != BACSTAC_NO_INDEX)
+            row["index"] = property.index;
+        row["error"] = CBacGeneral::GetErrorText(status, &error);
+        return m_call.Row(row);
+    }
+    bool Add(const BACSTAC_READ_RESULT_ITEM& item) {
+        const PropertyText property{item.Property, item.ArrayIndex};
+        if (item.Success == 0)
+            return AddFailure(property, StatusOf(item.Error), item.Error);
+        BACSTAC_PROPERTY_CONTENTS contents = item.Contents;
+        ConvertRaw(contents, m_object.Type, item.Property);
+        return Add(property, contents);
+    }
+    ControlReply Reply() const { return m_call.DonePartly(m_read, m_failed, {{"count", m_read}}); }
+
+private:
+    // An item without detail holds a value that its type does not allow.
+    static BACSTAC_STATUS StatusOf(const BACSTAC_ERROR& error) {
+        switch (error.Kind) {
+        case 0:
+            return BACSTAC_STATUS_INVALID_ANSWER;
+        case 1: // a single read that the device gave up, its answer being too long for it
+            return BACSTAC_STATUS_ABORT;
+        default:
+            return BACSTAC_STATUS_ERROR;
+        }
+    }
+    Json Head() const { return {{"device", m_device}, {"object", ObjectName(m_object)}}; }
+
+    CBacnetCall& m_call;
+    const unsigned m_device;
+    const BACSTAC_OBJECT_ID m_object;
+    std::size_t m_read = 0;
+    std::size_t m_failed = 0;
+};
+
+ControlReply ReadOne(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID& object,
+                     const PropertyText& property) {
+    CValueBuffer buffer;
+    BACSTAC_PROPERTY_CONTENTS contents = buffer.Contents();
+    BACSTAC_ERROR error{};
+    const BACSTAC_STATUS status =
+        call.Stack().ReadProperty(device, object, property.property, property.index, contents, &error);
+    if (!call.Succeeded(status, error, PointName(device, object, property.property, property.index)))
+        return call.Failure();
+    ConvertRaw(contents, object.Type, property.property);
+    CPropertyRows rows(call, device, object);
+    return rows.Add(property, contents) ? rows.Reply() : call.Failure();
+}
+
+ControlReply ReadSingly(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID& object,
+                        const std::vector<PropertyText>& properties) {
+    CPropertyRows rows(call, device, object);
+    CValueBuffer buffer;
+    for (const PropertyText& property : properties) {
+        BACSTAC_PROPERTY_CONTENTS contents = buffer.Contents();
+        BACSTAC_ERROR error{};
+        const BACSTAC_STATUS status =
+            call.Stack().ReadProperty(device, object, property.property, property.index, contents, &error);
+        ConvertRaw(contents, object.Type, property.property);
+        if (!(status == BACSTAC_OK ? rows.Add(property, contents) : rows.AddFailure(property, status, error)))
+            return call.Failure();
+    }
+    return rows.Reply();
+}
+
+ControlReply ReadSeveral(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID& object,
+                         const std::vector<PropertyText>& properties) {
+    CRPMRequest request(static_cast<unsigned>(properties.size()));
+    std::deque<CValueBuffer> buffers(properties.size());
+    for (std::size_t i = 0; i < properties.size(); ++i)
+        request.Append(properties[i].property, properties[i].index, buffers[i].Data(), buffers[i].Size());
+    if (!request.Execute(device, call.Stack().GetDevAddr(device), object)) {
+        if (CRPMRequest::CanFallbackToRP(request.Status, request.Error))
+            return ReadSingly(call, device, object, properties);
+        call.Succeeded(request.Status, request.Error, PointName(device, object));
+        return call.Failure();
+    }
+    CPropertyRows rows(call, device, object);
+    for (unsigned i = 0; i < request.GetItemCnt(); ++i) {
+        if (!rows.Add(*request.GetResult(i)))
+            return call.Failure();
+    }
+    return rows.Reply();
+}
+
+ControlReply ReadAll(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID& object) {
+    std::deque<CValueBuffer> buffers(MAX_PROPERTIES);
+    std::vector<BACSTAC_READ_RESULT_ITEM> items(MAX_PROPERTIES);
+    for (unsigned i = 0; i < MAX_PROPERTIES; ++i)
+        items[i].Contents = buffers[i].Contents();
+    unsigned count = MAX_PROPERTIES;
+    BACSTAC_ERROR error{};
+    const BACSTAC_STATUS status =
+        call.Stack().ReadPropertyList(call.Stack().GetDevAddr(device), object, items.data(), &count, &error);
+    if (!call.Succeeded(status, error, PointName(device, object)))
+        return call.Failure();
+    CPropertyRows rows(call, device, object);
+    for (unsigned i = 0; i < count; ++i) {
+        if (!rows.Add(items[i]))
+            return call.Failure();
+    }
+    return rows.Reply();
+}
+
+ControlReply Read(CBacnetCall& call) {
+    BACSTAC_OBJECT_ID object{};
+    if (!call.TakeObject(object))
+        return call.Failure();
+    const std::vector<std::string> texts = call.List("properties");
+    const bool wantsAll = texts.size() == 1 && texts.front() == "all";
+    std::vector<PropertyText> properties(wantsAll ? 0 : texts.size());
+    for (std::size_t i = 0; i < properties.size(); ++i) {
+        if (!call.TakeProperty(texts[i], properties[i]))
+            return call.Failure();
+    }
+    unsigned device = 0;
+    if (properties.size() > MAX_PROPERTIES)
+        call.Refuse("no more than " + std::to_string(MAX_PROPERTIES) + " properties at once");
+    if (properties.size() > MAX_PROPERTIES || !call.TakeDevice(device))
+        return call.Failure();
+    if (wantsAll)
+        return ReadAll(call, device, object);
+    return properties.size() == 1 ? ReadOne(call, device, object, properties.front())
+                                  : ReadSeveral(call, device, object, properties);
+}
+
+std::string PropertyLine(const Json& row) {
+    const std::string index = row.contains("index") ? "[" + MemberText(row, "index") + "]" : "";
+    const char* const value = row.contains("error") ? "error" : "text";
+    return fmt::format("{:<32} {}", MemberText(row, "property") + index, MemberText(row, value));
+}
+
+constexpr CommandOption READ_OPTIONS[] = {
+    DEVICE_ARGUMENT,
+    OBJECT_ARGUMENT,
+    {"PROPERTY", "properties", "As present-value, pv, 85 or priority-array[8]; all for all that the object has",
+     Arity::Some},
+};
+
+constexpr BacnetCommand COMMANDS[] = {
+    {nullptr, "read", "Reads properties of an object", READ_OPTIONS, "properties", Read, PropertyLine},
+};
+
+} // namespace
+
+std::span<const BacnetCommand> ReadCommands() {
+    return COMMANDS;
+}

@@ -1,0 +1,120 @@
+#include "host/bacnet/ValueJson.h"
+
+#include "api/bacnet/BacGeneral.h"
+#include "api/bacnet/Dir.h"
+#include "host/bacnet/Names.h"
+#include "platform/stack/codec/Elements.h"
+#include "platform/stack/schema/ObjectTypes.h"
+
+#include <fmt/core.h>
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <cstring>
+
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+constexpr std::size_t TEXT_SIZE = 1 << 20; // an object list of some ten thousand entries
+
+// JSON has no word for these.
+Json NumberJson(double value) {
+    if (std::isnan(value))
+        return "nan";
+    if (std::isinf(value))
+        return value < 0 ? "-inf" : "inf";
+    return value;
+}
+
+std::string Printed(const BACSTAC_PROPERTY_CONTENTS& contents, BACSTAC_OBJECT_TYPE objectType,
+                    BACSTAC_PROPERTY_ID property, int index) {
+    if (contents.DataType < 0)
+        return {};
+    std::string text(TEXT_SIZE, '\0');
+    const int length = CBacGeneral::PrintContents(text.data(), TEXT_SIZE, contents, objectType, property, index);
+    text.resize(static_cast<std::size_t>(length));
+    return ansi_to_utf8(text);
+}
+
+bool IsWholeList(const ReadValue& value) {
+    const bacnet::PropertyInfo* const info = bacnet::FindProperty(value.object.Type, value.property);
+    const bool isList = info != nullptr && info->Shape != bacnet::PropertyShape::single;
+    return value.contents.ElementCount != 1 || (isList && value.index == BACSTAC_NO_INDEX);
+}
+
+std::string Field(unsigned value, unsigned any, int width) {
+    return value == any ? "*" : fmt::format("{:0{}}", value, width);
+}
+
+} // namespace
+
+std::string ValueText(const ReadValue& value) {
+    return Printed(value.contents, value.object.Type, value.property, value.index);
+}
+
+Json ElementJson(const BACSTAC_PROPERTY_CONTENTS& contents, BACSTAC_OBJECT_TYPE objectType,
+                 BACSTAC_PROPERTY_ID property) {
+    switch (contents.DataType) {
+    case TYPE_NULL:
+        return nullptr;
+    case TYPE_BOOLEAN:
+        return bacnet::LoadAs<std::uint8_t>(contents.Buffer) != 0;
+    case TYPE_UNSIGNED:
+    case TYPE_ENUMERATED:
+        return bacnet::LoadAs<std::uint32_t>(contents.Buffer);
+    case TYPE_SIGNED:
+        return bacnet::LoadAs<std::int32_t>(contents.Buffer);
+    case TYPE_REAL:
+        // As a float prints, not as the double that is nearest to it.
+        return NumberJson(std::stod(fmt::format("{}", bacnet::LoadAs<float>(contents.Buffer))));
+    case TYPE_DOUBLE:
+        return NumberJson(bacnet::LoadAs<double>(contents.Buffer));
+    case TYPE_OBJECT_ID:
+        return ObjectName(bacnet::LoadAs<BACSTAC_OBJECT_ID>(contents.Buffer));
+    default:
+        return Printed(contents, objectType, property, BACSTAC_NO_INDEX);
+    }
+}
+
+Json ValueJson(const ReadValue& value) {
+    const BACSTAC_PROPERTY_CONTENTS& contents = value.contents;
+    Json json{{"property", CBACnetDir::GetStdPropName(value.property)}};
+    if (value.index != BACSTAC_NO_INDEX)
+        json["index"] = value.index;
+    const bacnet::TypeInfo* const type = bacnet::FindType(contents.DataType);
+    json["type"] = type != nullptr ? Json(type->Name) : Json(nullptr);
+    json["value"] = nullptr;
+    if (type != nullptr && !IsWholeList(value)) {
+        json["value"] = ElementJson(contents, value.object.Type, value.property);
+    } else if (type != nullptr) {
+        Json elements = Json::array();
+        const auto view = bacnet::BufferView::Of(contents);
+        bacnet::ForEachElement(view, *type, 0, contents.ElementCount, [&](const std::uint8_t* element) {
+            // References count from the start of the buffer, so an element that has any is shown as text of the whole.
+            const auto offset = static_cast<std::uint32_t>(element - view.Base);
+            const BACSTAC_PROPERTY_CONTENTS one{contents.DataType, const_cast<std::uint8_t*>(element),
+                                                contents.BufferSize - offset, 1};
+            elements.push_back(type->HasReferences ? Json(nullptr)
+                                                   : ElementJson(one, value.object.Type, value.property));
+            return !type->HasReferences;
+        });
+        json["value"] = type->HasReferences ? Json(nullptr) : std::move(elements);
+    }
+    json["text"] = ValueText(value);
+    return json;
+}
+
+std::string DateTimeText(const BACSTAC_DATE_TIME& time) {
+    const auto& [date, day] = time;
+    return fmt::format("{}-{}-{} {}:{}:{}.{}", Field(date.Year, BACSTAC_ANY_YEAR, 4),
+                       Field(date.Month, BACSTAC_ANY_MONTH, 2), Field(date.Day, BACSTAC_ANY_DAY, 2),
+                       Field(day.Hour, BACSTAC_ANY_TIME, 2), Field(day.Minute, BACSTAC_ANY_TIME, 2),
+                       Field(day.Second, BACSTAC_ANY_TIME, 2), Field(day.Hundredths, BACSTAC_ANY_TIME, 2));
+}
+
+std::string BitsText(const BACSTAC_BIT_STRING& bits, int names) {
+    char text[1024];
+    CBacGeneral::PrintBitString(text, sizeof text, bits, names);
+    return text;
+}
