@@ -92,23 +92,24 @@ struct BACSTAC_READ_CON_INFO {
     const BACSTAC_PROPERTY_REF* Properties;
 };
 
-// Objects come in the order of the answer; Items of one object stand together.
+// One object of the result; the items lie in the same buffer.
 struct BACSTAC_RPC_OBJECT {
     BACSTAC_OBJECT_ID ObjectId;
-    std::uint32_t FirstItem;
-    std::uint32_t ItemCount;
+    std::uint32_t ItemCount; // 0 when no properties were asked for
+    BACSTAC_READ_RESULT_ITEM* Items;
 };
 
+// The caller gives the buffer, aligned as operator new does it. Count objects are left at its start, in the order of
+// the answer, and behind them their items and values. What there is no room for is cut.
 struct BACSTAC_RPC_RESULT {
-    BACSTAC_RPC_OBJECT* Objects; // the caller's array
-    std::uint32_t ObjectCapacity;
-    std::uint32_t ObjectCount;
-    BACSTAC_READ_RESULT_ITEM* Items; // the caller's array; Contents.Buffer is set into Heap
-    std::uint32_t ItemCapacity;
-    std::uint32_t ItemCount;
-    void* Heap; // the caller's memory for the values
-    std::uint32_t HeapSize;
+    void* Buffer;
+    std::uint32_t BufferSize;
+    std::uint32_t Count;
 };
+
+inline const BACSTAC_RPC_OBJECT* RpcObjects(const BACSTAC_RPC_RESULT& result) {
+    return static_cast<const BACSTAC_RPC_OBJECT*>(result.Buffer);
+}
 
 // One event of GetEventInformation (clause 13.12).
 struct BACSTAC_TIME_STAMP {

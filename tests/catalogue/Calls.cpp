@@ -4,6 +4,7 @@
 #include "api/bacnet/Requests.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdio>
 
 namespace catalogue {
@@ -145,19 +146,14 @@ Outcome ReadRange(const Target& target) {
 
 Outcome ReadConditional(const Target& target) {
     Outcome outcome;
-    std::vector<char> heap(4096);
-    BACSTAC_RPC_OBJECT objects[4];
-    BACSTAC_READ_RESULT_ITEM items[8];
+    alignas(std::max_align_t) std::array<char, 640> buffer{};
     BACSTAC_READ_CON_INFO info{};
-    BACSTAC_RPC_RESULT result{};
-    result.Heap = heap.data();
-    result.HeapSize = static_cast<std::uint32_t>(heap.size());
-    result.Objects = objects;
-    result.ObjectCapacity = 4;
-    result.Items = items;
-    result.ItemCapacity = 8;
+    BACSTAC_RPC_RESULT result{buffer.data(), buffer.size(), 0};
     outcome.Status = target.Client.ReadPropertyConditional(target.Device, &info, &result, &outcome.Error);
-    outcome.Result = std::to_string(result.ObjectCount) + " objects, " + std::to_string(result.ItemCount) + " items";
+    unsigned items = 0;
+    for (unsigned i = 0; i < result.Count; ++i)
+        items += RpcObjects(result)[i].ItemCount;
+    outcome.Result = std::to_string(result.Count) + " objects, " + std::to_string(items) + " items";
     return outcome;
 }
 

@@ -6,6 +6,10 @@ namespace bacnet {
 
 namespace {
 
+// Of an answer.
+constexpr unsigned objectTag = 0;
+constexpr unsigned resultsTag = 1;
+
 // Context tags.
 constexpr unsigned criteriaTag = 0;
 constexpr int logicTag = 0;
@@ -48,6 +52,22 @@ bool EncodeReadConditional(const BACSTAC_READ_CON_INFO& info, Writer& writer) {
         writer.Closing(referencesTag);
     }
     return true;
+}
+
+bool NextSelectedObject(Reader& reader, BACSTAC_OBJECT_ID& object, std::span<const std::uint8_t>& octets) {
+    if (!reader.Ok() || reader.AtEnd())
+        return false;
+    Reader id = reader;
+    if (!id.ObjectId(object, objectTag))
+        return reader.ObjectId(object, objectTag); // the same fault
+    std::span<const std::uint8_t> results;
+    octets = {};
+    reader.Skip(&octets);
+    if (!reader.IsOpening(resultsTag))
+        octets = {};
+    else if (reader.Skip(&results))
+        octets = {octets.data(), octets.size() + results.size()};
+    return reader.Ok();
 }
 
 } // namespace bacnet

@@ -406,29 +406,56 @@ TEST_F(CommandsTest, ReadsConditionally) {
     AnswerWith("0C 00 00 00 05 1E 29 55 4E 44 42 90 99 9A 4F 29 67 5E 91 02 91 20 5F 1F "
                "0C 00 00 00 06 1E 29 55 4E 44 42 90 99 9A 4F 1F");
     const BACSTAC_READ_CON_INFO info{2, 0, nullptr, 0, nullptr};
-    BACSTAC_RPC_OBJECT objects[4]{};
-    BACSTAC_READ_RESULT_ITEM items[4]{};
-    alignas(std::max_align_t) char heap[4096];
-    BACSTAC_RPC_RESULT result{objects, 4, 0, items, 4, 0, heap, sizeof heap};
+    alignas(std::max_align_t) char buffer[4096];
+    BACSTAC_RPC_RESULT result{buffer, sizeof buffer, 0};
     EXPECT_EQ(m_client->ReadPropertyConditional(DeviceAt(1), &info, &result, &m_error), BACSTAC_OK);
     EXPECT_EQ(Last(), "0D 0E 09 02 0F");
-    ASSERT_EQ(result.ObjectCount, 2U);
-    ASSERT_EQ(result.ItemCount, 3U);
-    EXPECT_EQ(objects[0].ItemCount, 2U);
-    EXPECT_EQ(objects[1].FirstItem, 2U);
-    EXPECT_EQ(items[0].Success, 1);
-    EXPECT_EQ(items[1].Success, 0);
-    EXPECT_EQ(items[1].Error.Code, 32U);
+    ASSERT_EQ(result.Count, 2U);
+    const BACSTAC_RPC_OBJECT* const objects = RpcObjects(result);
+    EXPECT_EQ(objects[0].ObjectId.Instance, 5U);
+    ASSERT_EQ(objects[0].ItemCount, 2U);
+    ASSERT_EQ(objects[1].ItemCount, 1U);
+    EXPECT_EQ(objects[0].Items[0].Success, 1);
+    EXPECT_EQ(objects[0].Items[1].Success, 0);
+    EXPECT_EQ(objects[0].Items[1].Error.Kind, 2U);
+    EXPECT_EQ(objects[0].Items[1].Error.Code, 32U);
     float value = 0;
-    std::memcpy(&value, items[2].Contents.Buffer, sizeof value);
+    std::memcpy(&value, objects[1].Items[0].Contents.Buffer, sizeof value);
     EXPECT_FLOAT_EQ(value, 72.3F);
-    EXPECT_NE(items[0].Contents.Buffer, items[2].Contents.Buffer);
-    result = {objects, 4, 0, items, 1, 0, heap, sizeof heap};
-    EXPECT_EQ(m_client->ReadPropertyConditional(DeviceAt(1), &info, &result, nullptr), BACSTAC_OK) << "cut, not failed";
-    EXPECT_EQ(result.ItemCount, 1U);
-    result = {objects, 4, 0, items, 4, 0, heap, 2};
+    EXPECT_NE(objects[0].Items[0].Contents.Buffer, objects[1].Items[0].Contents.Buffer);
+}
+
+TEST_F(CommandsTest, CutsWhatIsSelectedAtTheEndOfAnObject) {
+    AnswerWith("0C 00 00 00 05 1E 29 55 4E 44 42 90 99 9A 4F 29 67 5E 91 02 91 20 5F 1F "
+               "0C 00 00 00 06 1E 29 55 4E 44 42 90 99 9A 4F 1F");
+    const BACSTAC_READ_CON_INFO info{2, 0, nullptr, 0, nullptr};
+    unsigned last = 0;
+    for (std::uint32_t size = 0; size < 1024; ++size) {
+        const auto buffer = std::make_unique<char[]>(size); // of its own, so that a sanitizer sees any overrun
+        BACSTAC_RPC_RESULT result{buffer.get(), size, 7};
+        ASSERT_EQ(m_client->ReadPropertyConditional(DeviceAt(1), &info, &result, nullptr), BACSTAC_OK) << size;
+        ASSERT_GE(result.Count, last) << size;
+        last = result.Count;
+        for (unsigned i = 0; i < result.Count; ++i)
+            ASSERT_EQ(RpcObjects(result)[i].ItemCount, i == 0 ? 2U : 1U);
+    }
+    EXPECT_EQ(last, 2U);
+}
+
+TEST_F(CommandsTest, SelectsObjectsWithoutTheirProperties) {
+    AnswerWith("0C 00 00 00 05 0C 00 00 00 06 1E 1F 0C 00 00 00 07");
+    const BACSTAC_READ_CON_INFO info{2, 0, nullptr, 0, nullptr};
+    alignas(std::max_align_t) char buffer[256];
+    BACSTAC_RPC_RESULT result{buffer, sizeof buffer, 0};
     EXPECT_EQ(m_client->ReadPropertyConditional(DeviceAt(1), &info, &result, nullptr), BACSTAC_OK);
-    EXPECT_EQ(result.ItemCount, 0U);
+    ASSERT_EQ(result.Count, 3U);
+    for (unsigned i = 0; i < 3; ++i) {
+        EXPECT_EQ(RpcObjects(result)[i].ObjectId.Instance, 5 + i);
+        EXPECT_EQ(RpcObjects(result)[i].ItemCount, 0U);
+    }
+    AnswerWith("0C 00 00 00 05 1E 29 55 4E 44 42");
+    EXPECT_EQ(m_client->ReadPropertyConditional(DeviceAt(1), &info, &result, nullptr), BACSTAC_STATUS_INVALID_ANSWER);
+    EXPECT_EQ(result.Count, 0U);
 }
 
 } // namespace
