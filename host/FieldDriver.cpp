@@ -25,9 +25,9 @@ public:
 } // namespace
 
 CFieldDriver::CFieldDriver(IQLProgramCore& kernel, CStationStore& station, AlarmRuleStore& rules,
-                           CSettingsGuard& settings, CHistoryMonitor& history, int transferChunk,
-                           std::function<void(std::uint32_t tagId, double value)> onTagChange)
-    : m_kernel(kernel), m_station(station), m_rules(rules), m_settings(settings), m_history(history),
+                           CSettingsGuard& settings, CHistoryMonitor& history, IQLUserManagement& users,
+                           int transferChunk, std::function<void(std::uint32_t tagId, double value)> onTagChange)
+    : m_kernel(kernel), m_station(station), m_rules(rules), m_settings(settings), m_history(history), m_users(users),
       m_transferChunk(transferChunk), m_onTagChange(std::move(onTagChange)) {}
 
 CFieldDriver::~CFieldDriver() {

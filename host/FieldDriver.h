@@ -17,6 +17,7 @@
 #include <thread>
 
 class IQLProgramCore;
+class IQLUserManagement;
 
 class CFieldDriver : public CDriver, private IAlarmConfig {
 public:
@@ -25,7 +26,7 @@ public:
     // What it is given outlives it. onTagChange gets every change of a tag that was asked for, on the thread of the
     // messages.
     CFieldDriver(IQLProgramCore& kernel, CStationStore& station, AlarmRuleStore& rules, CSettingsGuard& settings,
-                 CHistoryMonitor& history, int transferChunk,
+                 CHistoryMonitor& history, IQLUserManagement& users, int transferChunk,
                  std::function<void(std::uint32_t tagId, double value)> onTagChange);
     ~CFieldDriver() override; // disconnects
 
@@ -51,6 +52,7 @@ public:
     bool IsWarmStart() override { return false; }
     int GetTransferChunk() override { return m_transferChunk; }
     IQLProgramCore& GetKernel() override { return m_kernel; }
+    IQLUserManagement& GetUserManagement() override { return m_users; }
     IHistoryObserver* GetHistoryObserver() override { return &m_history; }
 
 private:
@@ -66,6 +68,7 @@ private:
     AlarmRuleStore& m_rules;
     CSettingsGuard& m_settings;
     CHistoryMonitor& m_history;
+    IQLUserManagement& m_users;
     const int m_transferChunk;
     const std::function<void(std::uint32_t, double)> m_onTagChange;
     CTagList m_tags;

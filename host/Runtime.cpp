@@ -19,6 +19,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr const char* HISTORY_FILE = "history.db";
+constexpr const char* USERS_FILE = "users";
 constexpr const char* ALARM_RULE_FILE = "alarm-rules.json";
 constexpr const char* TAG_NUMBER_FILE = "tag-numbers.json";
 constexpr const char* LOG_FOLDER = "log";
@@ -41,7 +42,8 @@ bool IsTransferWantedAtStart() {
 
 CRuntime::CRuntime(const Config& config, std::string folder)
     : m_config(config), m_folder(std::move(folder)), m_settings(m_folder + "/" + m_config.settingsFile),
-      m_station(m_folder + "/" + STATION_FILE, m_config.identity) {}
+      m_station(m_folder + "/" + STATION_FILE, m_config.identity), m_users({m_folder + "/" + USERS_FILE, {}, {}}),
+      m_userManagement(m_users, [this](const std::string& name) { m_kernel->SetCurrentUserName(name); }) {}
 
 CRuntime::~CRuntime() = default;
 
@@ -97,9 +99,10 @@ bool CRuntime::OpenKernel(std::string& error) {
     }
     m_kernel = std::make_unique<Kernel>(std::move(settings), *m_history);
     m_kernel->SetStationActive(m_config.stationActive);
-    m_driver = std::make_unique<CFieldDriver>(
-        *m_kernel, m_station, *m_rules, m_settings, m_monitor, static_cast<int>(m_config.transferChunk),
-        [](std::uint32_t tagId, double value) { BDCManager.OnTagChange(tagId, value); });
+    m_driver =
+        std::make_unique<CFieldDriver>(*m_kernel, m_station, *m_rules, m_settings, m_monitor, m_userManagement,
+                                       static_cast<int>(m_config.transferChunk),
+                                       [](std::uint32_t tagId, double value) { BDCManager.OnTagChange(tagId, value); });
     CTagNumbers numbers(m_folder + "/" + TAG_NUMBER_FILE);
     return numbers.Load(error) && AddTags(m_config.tags, numbers, *m_kernel, m_driver->GetTagList(), error) &&
            m_driver->Connect(error);

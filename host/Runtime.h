@@ -16,6 +16,7 @@
 #include "host/SettingsGuard.h"
 #include "host/StationStore.h"
 #include "host/Tags.h"
+#include "host/login/UserManagement.h"
 
 #include <array>
 #include <chrono>
@@ -71,6 +72,8 @@ private:
     CSettingsGuard m_settings;
     CStationStore m_station;
     CHistoryMonitor m_monitor;
+    CUserStore m_users;
+    CUserManagement m_userManagement;
     std::unique_ptr<CAlarmRuleFile> m_rules;
     std::unique_ptr<SqliteHistoryStore> m_history;
     std::unique_ptr<Kernel> m_kernel;

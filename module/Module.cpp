@@ -1,6 +1,8 @@
 // Puts the module together: tells the console's core which classes stand behind its interfaces.
 #include "module/console/ConsoleState.h"
 #include "module/console/ConsoleThread.h"
+#include "module/console/GuiOperator.h"
+#include "module/console/SystemTray.h"
 #include "module/history/ConsoleHistory.h"
 
 #include <memory>
@@ -12,6 +14,8 @@ namespace {
         return std::make_shared<CBDCThread>(driver);
     };
     consoleWiring.newHistoryStarter = NewHistoryStarter;
+    consoleWiring.newTray = []() -> std::unique_ptr<ITray> { return std::make_unique<CSystemTray>(); };
+    consoleWiring.getOperator = CGuiOperator::Get;
     return true;
 }();
 

@@ -12,6 +12,7 @@ class IAlarmConfig;
 class IBacnetIdentity;
 class IHistoryObserver;
 class IQLProgramCore;
+class IQLUserManagement;
 class ISystemAlarmDefinitions;
 class IUserAccess;
 
@@ -42,6 +43,8 @@ public:
     virtual int GetTransferChunk() = 0;
     // The kernel that the driver is connected to.
     virtual IQLProgramCore& GetKernel() = 0;
+    // The product's users, for the login in front of the console.
+    virtual IQLUserManagement& GetUserManagement() = 0;
     // Receives the history transfer's status at its start, with every object, with every error and at its end; null for
     // nobody.
     virtual IHistoryObserver* GetHistoryObserver() { return nullptr; }

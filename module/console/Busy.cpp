@@ -6,9 +6,14 @@
 #include <QCoreApplication>
 #include <QDialog>
 
+#include <algorithm>
+#include <vector>
+
 namespace {
 
-int g_busyCount = 0; // of the console thread
+// Of the console thread.
+int g_busyCount = 0;
+std::vector<const QWidget*> g_modals; // the innermost last
 
 } // namespace
 
@@ -32,7 +37,14 @@ int RunModal(QDialog& dialog) {
     if (CBDCThread::IsEnding())
         return QDialog::Rejected;
     const CBusyScope busy;
-    return dialog.exec();
+    g_modals.push_back(&dialog);
+    const int result = dialog.exec();
+    g_modals.pop_back();
+    return result;
+}
+
+bool IsRunModal(const QWidget* widget) {
+    return std::ranges::find(g_modals, widget) != g_modals.end();
 }
 
 bool PumpMessages() {

@@ -3,6 +3,7 @@
 #pragma once
 
 class QDialog;
+class QWidget;
 
 // Held by everything that runs a nested loop or pumps messages.
 class CBusyScope {
@@ -16,8 +17,10 @@ public:
 };
 
 // Runs a modal dialog of the console; QDialog's result code. The shutdown of the console rejects it, and nothing is
-// opened once that has begun. The dialog has the console or one of its windows as its parent.
+// opened once that has begun.
 int RunModal(QDialog& dialog);
+// Whether the widget is a dialog that RunModal runs.
+bool IsRunModal(const QWidget* widget);
 
 // Serves what is in the queue, between two blocking calls of a long job. False once the console shuts down: the job
 // ends then.

@@ -3,7 +3,9 @@
 #include "api/bacnet/BacGeneral.h"
 #include "api/bacnet/Log.h"
 #include "api/driver/Driver.h"
+#include "module/console/AboutDlg.h"
 #include "module/console/ConsoleEvent.h"
+#include "module/console/ConsolePage.h"
 #include "module/console/ConsoleState.h"
 #include "module/console/ConsoleThread.h"
 #include "module/console/Globals.h"
@@ -12,11 +14,27 @@
 #include "module/console/ModuleLock.h"
 #include "module/console/NarrowText.h"
 #include "module/console/Networks.h"
+#include "module/console/PageTabs.h"
+
+#include <QCloseEvent>
+#include <QCursor>
+#include <QMenu>
+#include <QPushButton>
+#include <QShortcut>
+#include <QStyle>
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace {
+
+constexpr std::uint32_t TRAY_ICON_ID = 1;
+constexpr int BALLOON_TIMEOUT = 10000; // ms
+constexpr const char* WARM_START_TEXT = "Warm start is enabled:\n"
+                                        "- initial COV subscription is skipped\n"
+                                        "- initial event registration is skipped\n"
+                                        "- initial alarm list retrieval is skipped";
 
 // A handler of this run is on the stack.
 class CHandlerScope {
@@ -43,25 +61,182 @@ const CBACnetConfConsoleDialog::Slot CBACnetConfConsoleDialog::SLOTS[] = {
     {WM_CONSOLE_RESTORE, true, &CBACnetConfConsoleDialog::OnNotAvailable, "Restore"},
     {WM_CONSOLE_SETUPNETWORKS, true, &CBACnetConfConsoleDialog::OnSetupNetworks, "Network triggers"},
     {WM_CONSOLE_OBJECTCHANGED, false, &CBACnetConfConsoleDialog::OnObjectChanged, "Object change"},
-    {WM_CONSOLE_TRAYICON, false, &CBACnetConfConsoleDialog::OnNotAvailable, "Tray icon"},
+    {WM_CONSOLE_TRAYICON, false, &CBACnetConfConsoleDialog::OnTrayIcon, "Tray icon"},
 };
 
-CBACnetConfConsoleDialog::CBACnetConfConsoleDialog(CBDCThread& run, CDriver& driver) : m_run(run) {
+CBACnetConfConsoleDialog::CBACnetConfConsoleDialog(CBDCThread& run, CDriver& driver) : m_run(run), m_driver(driver) {
     setObjectName(QStringLiteral("BACnetConfigurationConsole"));
     setWindowTitle(QStringLiteral("BACnet configuration console - ") + FromNarrow(driver.GetName()));
-    if (driver.IsWarmStart())
-        LogInf("Warm start is enabled");
-
-    // The manager does not run yet, so what these registrations trigger is dropped.
-    const CModuleLock lock;
-    if (consoleWiring.newHistoryStarter)
-        m_history = consoleWiring.newHistoryStarter();
-    BDCManager.RegisterTriggerTag("FlushAllTrendLog", allPropPages.history.flushTag.c_str(), WM_CONSOLE_HISTORY, 0);
+    MakeControls();
+    MakeKeys();
+    AddTrayIcon();
+    {
+        // The manager does not run yet, so what the pages' triggers post is dropped.
+        const CModuleLock lock;
+        m_tabs->Create(driver);
+        if (consoleWiring.newHistoryStarter)
+            m_history = consoleWiring.newHistoryStarter();
+        BDCManager.RegisterTriggerTag("FlushAllTrendLog", allPropPages.history.flushTag.c_str(), WM_CONSOLE_HISTORY, 0);
+    }
+    PlaceControls();
+    m_tabs->SelectPage(PAGE_GENERAL);
 }
 
 CBACnetConfConsoleDialog::~CBACnetConfConsoleDialog() {
-    const CModuleLock lock;
-    m_history.reset();
+    {
+        const CModuleLock lock;
+        m_history.reset();
+        m_tabs->DestroyPages();
+    }
+    m_icon.reset();
+}
+
+void CBACnetConfConsoleDialog::MakeControls() {
+    m_tabs = new CPageTabs(this);
+    m_anchors.push_back({m_tabs, Anchor::Stretch, Anchor::Stretch});
+    using Action = void (CBACnetConfConsoleDialog::*)();
+    static constexpr std::pair<const char*, Action> BUTTONS[] = {
+        {"OK", &CBACnetConfConsoleDialog::accept},
+        {"Cancel", &CBACnetConfConsoleDialog::reject},
+        {"Save now", &CBACnetConfConsoleDialog::SaveAll},
+        {"Help", &CBACnetConfConsoleDialog::ShowHelp},
+    };
+    for (const auto& [label, action] : BUTTONS) {
+        auto* const button = new QPushButton(QString::fromLatin1(label), this);
+        button->setAutoDefault(false);
+        button->setDefault(m_anchors.size() == 1); // the first: Enter is OK
+        connect(button, &QPushButton::clicked, this, action);
+        m_anchors.push_back({button, Anchor::None, Anchor::Move});
+    }
+}
+
+// The first layout, which is also the smallest: the tabs above, the buttons in a row below.
+void CBACnetConfConsoleDialog::PlaceControls() {
+    const QMargins margins(
+        style()->pixelMetric(QStyle::PM_LayoutLeftMargin), style()->pixelMetric(QStyle::PM_LayoutTopMargin),
+        style()->pixelMetric(QStyle::PM_LayoutRightMargin), style()->pixelMetric(QStyle::PM_LayoutBottomMargin));
+    const int gap = std::max(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing), 6);
+    const QSize tabs = m_tabs->sizeHint();
+    m_tabs->setGeometry(QRect(QPoint(margins.left(), margins.top()), tabs));
+    QPoint at(margins.left(), margins.top() + tabs.height() + gap);
+    int height = 0;
+    for (std::size_t i = 1; i < m_anchors.size(); ++i) {
+        const QSize size = m_anchors[i].widget->sizeHint();
+        m_anchors[i].widget->setGeometry(QRect(at, size));
+        at.rx() += size.width() + gap;
+        height = std::max(height, size.height());
+    }
+    m_anchoredSize = QSize(margins.left() + tabs.width() + margins.right(), at.y() + height + margins.bottom());
+    setMinimumSize(m_anchoredSize);
+    resize(m_anchoredSize);
+}
+
+void CBACnetConfConsoleDialog::MakeKeys() {
+    const auto add = [this](const QKeySequence& keys, auto action) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
+    };
+    add(QKeySequence(Qt::Key_F1), [this] { ShowHelp(); });
+    add(QKeySequence(Qt::CTRL | Qt::Key_Tab), [this] { m_tabs->SelectPage(NextPage(m_tabs->GetCurrentPage())); });
+    // A keyboard gives one or the other, by its layout.
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab})
+        add(QKeySequence(Qt::CTRL | Qt::SHIFT | key),
+            [this] { m_tabs->SelectPage(PreviousPage(m_tabs->GetCurrentPage())); });
+}
+
+void CBACnetConfConsoleDialog::AddTrayIcon() {
+    m_trayMenu = new QMenu(this);
+    m_trayMenu->addAction(QStringLiteral("&Open..."), this, &CBACnetConfConsoleDialog::OpenThroughGate);
+    m_trayMenu->addAction(QStringLiteral("&About..."), this, &CBACnetConfConsoleDialog::ShowAbout);
+    if (m_driver.IsWarmStart())
+        LogInf("Warm start is enabled");
+    if (!consoleWiring.newTray)
+        return;
+    m_tray = consoleWiring.newTray();
+    m_icon.emplace(*m_tray);
+    m_icon->SetTooltip(ToNarrow(windowTitle()));
+    if (m_driver.IsWarmStart())
+        m_icon->SetBalloon({"BACnet driver", WARM_START_TEXT, BalloonIcon::Warning, BALLOON_TIMEOUT});
+    m_icon->Add(TRAY_ICON_ID);
+}
+
+void CBACnetConfConsoleDialog::accept() {
+    SaveAll();
+    HideConsole();
+}
+
+void CBACnetConfConsoleDialog::reject() {
+    for (int page = 0; page < static_cast<int>(PAGE_COUNT); ++page)
+        m_tabs->GetPage(page)->Cancelled();
+    HideConsole();
+}
+
+void CBACnetConfConsoleDialog::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    HideConsole();
+}
+
+void CBACnetConfConsoleDialog::HideConsole() {
+    m_tabs->SelectPage(PAGE_GENERAL);
+    hide();
+}
+
+void CBACnetConfConsoleDialog::SaveAll() {
+    for (const CONSOLE_PAGE page : PAGES_IN_SAVE_ORDER) {
+        if (!m_tabs->GetPage(page)->Save() && page == PAGE_REPORTS)
+            LogErr("ReportJobs: Failed to save file");
+    }
+    m_driver.SaveSettings();
+}
+
+void CBACnetConfConsoleDialog::ShowHelp() {
+    if (consoleWiring.showHelp)
+        consoleWiring.showHelp(m_tabs->GetCurrentPage() + 1);
+}
+
+void CBACnetConfConsoleDialog::ShowAbout() {
+    if (IsDisabled())
+        return;
+    CAboutDlg dialog(this);
+    RunModal(dialog);
+}
+
+void CBACnetConfConsoleDialog::OpenThroughGate() {
+    if (consoleWiring.getOperator)
+        PassLoginGate(
+            {m_driver.GetKernel(), m_driver.GetGateId(), m_driver.GetUserManagement(), *consoleWiring.getOperator()},
+            *this);
+}
+
+void CBACnetConfConsoleDialog::SetGateOpen(bool isOpen) {
+    if (isOpen)
+        m_login.emplace();
+    else
+        m_login.reset();
+}
+
+void CBACnetConfConsoleDialog::ShowInFront() {
+    if (!m_run.MayHandle())
+        return;
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+    setFocus();
+}
+
+// A minimized window keeps its size, so that nothing moves then.
+void CBACnetConfConsoleDialog::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    if (!m_anchoredSize.isValid())
+        return;
+    const QSize change = size() - m_anchoredSize;
+    m_anchoredSize = size();
+    for (const Anchored& anchored : m_anchors) {
+        const QRect now = anchored.widget->geometry();
+        const Extent x = ::Anchored(anchored.horizontal, {now.x(), now.width()}, change.width());
+        const Extent y = ::Anchored(anchored.vertical, {now.y(), now.height()}, change.height());
+        anchored.widget->setGeometry(x.position, y.position, x.size, y.size);
+    }
 }
 
 bool CBACnetConfConsoleDialog::event(QEvent* event) {
@@ -87,10 +262,7 @@ void CBACnetConfConsoleDialog::OnShutdown(CConsoleMessage&) {
 
 // The driver's own way in: it asks for no login.
 void CBACnetConfConsoleDialog::OnShow(CConsoleMessage&) {
-    show();
-    raise();
-    activateWindow();
-    setFocus();
+    ShowInFront();
 }
 
 void CBACnetConfConsoleDialog::OnHistory(CConsoleMessage& message) {
@@ -116,6 +288,13 @@ void CBACnetConfConsoleDialog::OnSetupNetworks(CConsoleMessage&) {
 void CBACnetConfConsoleDialog::OnObjectChanged(CConsoleMessage& message) {
     LogInf("OnObjectChanged(%u, (%u, %u))", static_cast<unsigned>(message.GetWParam()),
            UnpackObjectType(message.GetLParam()), UnpackObjectInstance(message.GetLParam()));
+}
+
+void CBACnetConfConsoleDialog::OnTrayIcon(CConsoleMessage& message) {
+    if (message.GetLParam() == TRAY_LEFT_BUTTON_UP)
+        OpenThroughGate();
+    else if (message.GetLParam() == TRAY_RIGHT_BUTTON_UP)
+        m_trayMenu->popup(QCursor::pos());
 }
 
 void CBACnetConfConsoleDialog::OnNotAvailable(CConsoleMessage& message) {

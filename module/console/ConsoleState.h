@@ -2,11 +2,18 @@
 // other folders the console works with. Defined in Globals.cpp, like all the module's global objects.
 #pragma once
 
+#include "module/console/ConsolePages.h"
+
+#include <array>
 #include <atomic>
 #include <memory>
 
+class CConsolePage;
 class CDriver;
 class IConsoleRun;
+class IOperator;
+class ITray;
+class QWidget;
 struct IHistoryStarter;
 
 // The run between Start and WaitEnd, null otherwise. Any thread.
@@ -17,30 +24,15 @@ void SetConsoleRun(std::shared_ptr<IConsoleRun> run);
 struct ConsoleWiring {
     std::shared_ptr<IConsoleRun> (*newRun)(CDriver& driver) = nullptr;
     std::unique_ptr<IHistoryStarter> (*newHistoryStarter)() = nullptr;
+    // The pages by CONSOLE_PAGE, each made as a child of its place; an empty page where there is none.
+    std::array<CConsolePage* (*)(QWidget* place, CDriver& driver), PAGE_COUNT> newPage{};
+    std::unique_ptr<ITray> (*newTray)() = nullptr;
+    IOperator* (*getOperator)() = nullptr;
+    // Opens the help on a context, 1 to 9.
+    void (*showHelp)(int context) = nullptr;
 };
 extern ConsoleWiring consoleWiring;
 
-class CAlarmRulesDlg;
-class CAlarmsDialog;
-class CBackupDlg;
-class CGeneralDlg;
-class CHistoryDialog;
-class CLogFileDialog;
-class CObjBrowserDlg;
-class CReportDlg;
-class CTimeSynchDialog;
-
-// The console's tabs, null while they do not exist. Whoever reads one under the module lock sees either all of them or
-// none.
-struct ConsoleTabs {
-    std::atomic<CGeneralDlg*> general{nullptr};
-    std::atomic<CLogFileDialog*> logFile{nullptr};
-    std::atomic<CTimeSynchDialog*> timeSync{nullptr};
-    std::atomic<CAlarmRulesDlg*> alarmRules{nullptr};
-    std::atomic<CAlarmsDialog*> eventFilters{nullptr};
-    std::atomic<CObjBrowserDlg*> browser{nullptr};
-    std::atomic<CHistoryDialog*> history{nullptr};
-    std::atomic<CBackupDlg*> backup{nullptr};
-    std::atomic<CReportDlg*> reports{nullptr};
-};
-extern ConsoleTabs consoleTabs;
+// The console's pages by CONSOLE_PAGE, null while they do not exist. Whoever reads one under the module lock sees
+// either all of them or none.
+extern std::array<std::atomic<CConsolePage*>, PAGE_COUNT> consolePages;

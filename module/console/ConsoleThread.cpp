@@ -42,7 +42,7 @@ void EndNestedLoops(const QWidget& console) {
     }
     for (int i = 0; i < LIMIT; ++i) {
         QWidget* const modal = QApplication::activeModalWidget();
-        if (!modal || !BelongsTo(console, modal))
+        if (!modal || !(IsRunModal(modal) || BelongsTo(console, modal)))
             break;
         if (auto* const dialog = qobject_cast<QDialog*>(modal))
             dialog->done(QDialog::Rejected); // not reject: a dialog may ask questions there

@@ -32,7 +32,7 @@ CBDCManager& BDCManager = g_manager.value;
 AllPropPages& allPropPages = g_settings.value;
 
 constinit ConsoleWiring consoleWiring;
-constinit ConsoleTabs consoleTabs;
+constinit std::array<std::atomic<CConsolePage*>, PAGE_COUNT> consolePages{};
 
 std::shared_ptr<IConsoleRun> GetConsoleRun() {
     const std::lock_guard lock(g_runSlot.value.mutex);

@@ -19,6 +19,10 @@ inline constexpr unsigned WM_CONSOLE_SETUPNETWORKS = 0x46C; // registers the net
 inline constexpr unsigned WM_CONSOLE_OBJECTCHANGED = 0x46D; // wParam: device instance; lParam: PackObjectId
 inline constexpr unsigned WM_CONSOLE_TRAYICON = 0x4C8;      // wParam: icon id; lParam: mouse message
 
+// Mouse messages of the tray icon.
+inline constexpr std::intptr_t TRAY_LEFT_BUTTON_UP = 0x202;
+inline constexpr std::intptr_t TRAY_RIGHT_BUTTON_UP = 0x205;
+
 // wParam of a trigger's message.
 inline constexpr std::uintptr_t TRIGGER_DOWN = 0;
 inline constexpr std::uintptr_t TRIGGER_UP = 1;

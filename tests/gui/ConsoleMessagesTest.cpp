@@ -123,9 +123,4 @@ TEST_F(ConsoleMessages, OthersAreNothing) {
     EXPECT_TRUE(HasWindow());
 }
 
-TEST_F(ConsoleMessages, TheTrayIconHasNoReceiverYet) {
-    Post(WM_CONSOLE_TRAYICON, 1, 0);
-    EXPECT_THAT(Settled(), ElementsAre("D: Console: Tray icon is not available"));
-}
-
 } // namespace

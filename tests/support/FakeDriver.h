@@ -7,6 +7,7 @@
 #include "api/driver/Identity.h"
 #include "module/console/Tag.h"
 #include "tests/support/EventList.h"
+#include "tests/support/FakeUsers.h"
 
 #include <functional>
 #include <string>
@@ -31,6 +32,8 @@ class CFakeDriver : public CDriver,
                     private IBacnetIdentity,
                     private IUserAccess {
 public:
+    CEventList& m_events;
+
     CFakeDriver(CEventList& events, IQLProgramCore& kernel) : m_events(events), m_kernel(kernel) {}
 
     std::string m_name = "Test driver";
@@ -38,6 +41,7 @@ public:
     int m_transferChunk = 100;
     std::uint8_t m_gateId = 7;
     CTagList m_tags;
+    CFakeUsers m_users{m_events};
     std::function<void()> m_onGetName; // called inside GetName
 
     const char* GetName() override;
@@ -51,6 +55,7 @@ public:
     bool IsWarmStart() override { return m_isWarmStart; }
     int GetTransferChunk() override { return m_transferChunk; }
     IQLProgramCore& GetKernel() override { return m_kernel; }
+    IQLUserManagement& GetUserManagement() override { return m_users; }
 
 private:
     AlarmRuleStore* GetRules() override { return &m_rules; }
@@ -73,7 +78,6 @@ private:
     void SetGroupName(const std::string& name) override { m_groupName = name; }
     std::vector<std::string> GetGroupNames() override { return {"Operators", "Engineers"}; }
 
-    CEventList& m_events;
     IQLProgramCore& m_kernel;
     CFakeAlarmRules m_rules;
     std::vector<CEventFilter> m_filters;

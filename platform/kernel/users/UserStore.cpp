@@ -14,7 +14,6 @@ constexpr std::size_t FAILURES_LIMIT = 1000; // kept for names that no user has
 constexpr std::uint32_t LOCK_TIMEOUT = 5000; // ms
 
 constexpr const char* REFUSED = "The user name or the password is wrong.";
-constexpr const char* NO_USERS = "There is no user yet. The command \"bdc user add NAME\" makes one.";
 
 std::int64_t SystemNow() {
     return std::time(nullptr);
@@ -62,12 +61,11 @@ void DropOldFailures(UserData& data, std::int64_t now) {
         data.failures.erase(others[i].second);
 }
 
-LoginResult Delayed(std::int64_t wait) {
-    return {LoginOutcome::Delayed, wait,
-            "Too many failed logins. Try again in " + std::to_string(wait) + (wait == 1 ? " second." : " seconds.")};
-}
-
 } // namespace
+
+std::string LoginDelayText(std::int64_t seconds) {
+    return "A login has failed. Try again in " + std::to_string(seconds) + (seconds == 1 ? " second." : " seconds.");
+}
 
 CUserStore::CUserStore(Settings settings)
     : m_settings{std::move(settings.path), settings.cost,
@@ -237,7 +235,7 @@ bool CUserStore::Begin(const std::string& name, std::string& hash, LoginResult& 
     LoginFailures counted;
     const auto look = [&](UserData& data, std::string&) {
         if (data.users.empty()) {
-            result = {LoginOutcome::NoUsers, 0, NO_USERS};
+            result = {LoginOutcome::NoUsers, 0, NO_USERS_TEXT};
             return false;
         }
         const std::int64_t now = m_settings.now();
@@ -245,7 +243,7 @@ bool CUserStore::Begin(const std::string& name, std::string& hash, LoginResult& 
         LoginFailures failures = FailuresOf(data, key);
         const std::int64_t wait = LoginDelay(failures, now);
         if (wait > 0) {
-            result = Delayed(wait);
+            result = {LoginOutcome::Delayed, wait, LoginDelayText(wait)};
             const bool clockWasSetBack = failures.last > now;
             failures.last = std::min(failures.last, now);
             data.failures[key] = failures;

@@ -29,6 +29,10 @@ enum class LoginOutcome {
     Unusable, // the file is damaged or cannot be read: nobody can log in
 };
 
+inline constexpr const char* NO_USERS_TEXT =
+    "There is no user yet. The command \"bdc user add NAME --administrator\" makes one.";
+std::string LoginDelayText(std::int64_t seconds);
+
 struct LoginResult {
     LoginOutcome outcome = LoginOutcome::Refused;
     std::int64_t wait = 0; // seconds until the next attempt is looked at

@@ -1,49 +1,17 @@
 #include "module/console/LoginGate.h"
 
-#include "api/kernel/UserManagement.h"
 #include "module/console/Operator.h"
 #include "tests/support/EventList.h"
 #include "tests/support/FakeKernel.h"
+#include "tests/support/FakeUsers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <cstring>
-#include <deque>
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-// Logs in as the scripted users with the scripted results, in this order.
-class ScriptedUsers : public IQLUserManagement {
-public:
-    struct Login {
-        int result;
-        std::string user; // who logs in; a name that begins with "admin" is an administrator's
-    };
-    explicit ScriptedUsers(CEventList& events) : m_events(events) {}
-    std::deque<Login> m_logins;
-
-    int UMOpenLoginDlg(QWidget*, char* name) override {
-        m_events.Add(std::string("Login(") + name + ")");
-        if (m_logins.empty())
-            return UM_LOGIN_CANCELLED;
-        const Login login = m_logins.front();
-        m_logins.pop_front();
-        std::memset(name, 0xAA, QL_USER_NAME_SIZE); // the whole buffer is the callee's
-        std::strcpy(name, login.user.c_str());
-        return login.result;
-    }
-    bool UMIsUserAdministrator(const char* name) override {
-        m_events.Add(std::string("IsAdministrator(") + name + ")");
-        return std::strncmp(name, "admin", 5) == 0;
-    }
-
-private:
-    CEventList& m_events;
-};
 
 class RecordingOperator : public IOperator {
 public:
@@ -79,7 +47,7 @@ private:
 
 class LoginGate : public testing::Test {
 protected:
-    CEventList::Lines Pass(std::initializer_list<ScriptedUsers::Login> logins) {
+    CEventList::Lines Pass(std::initializer_list<CFakeUsers::Login> logins) {
         m_users.m_logins = logins;
         PassLoginGate({m_kernel, 7, m_users, m_operator}, m_window);
         return m_events.Take();
@@ -87,7 +55,7 @@ protected:
 
     CEventList m_events;
     CFakeKernel m_kernel{m_events};
-    ScriptedUsers m_users{m_events};
+    CFakeUsers m_users{m_events};
     RecordingOperator m_operator{m_events};
     FakeWindow m_window{m_events};
 };

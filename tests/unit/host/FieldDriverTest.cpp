@@ -2,6 +2,7 @@
 #include "module/console/Globals.h"
 #include "platform/historian/MemoryHistoryStore.h"
 #include "platform/kernel/Kernel.h"
+#include "tests/support/FakeUsers.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -63,15 +64,17 @@ protected:
     CAlarmRuleFile m_rules{m_folder.File("rules.json")};
     CSettingsGuard m_settings{m_folder.File("settings.dat")};
     CHistoryMonitor m_monitor;
+    CEventList m_events;
+    CFakeUsers m_users{m_events};
     std::mutex m_lock;
     std::condition_variable m_changed;
     bool m_isBlocked = false; // these are guarded by m_lock
     bool m_isInHandler = false;
     std::vector<Change> m_changes;
     CFieldDriver m_driver{
-        m_kernel, m_station, m_rules, m_settings, m_monitor, 100, [this](std::uint32_t id, double value) {
-            OnChange(id, value);
-        }};
+        m_kernel,  m_station, m_rules, m_settings,
+        m_monitor, m_users,   100,     [this](std::uint32_t id, double value) {
+            OnChange(id, value); }};
 };
 
 } // namespace

@@ -139,7 +139,7 @@ TEST_F(UserStore, DelaysAfterFailuresAlsoInAnotherProcess) {
     const LoginResult delayed = store.Login("operator", PASSWORD);
     EXPECT_EQ(delayed.outcome, LoginOutcome::Delayed);
     EXPECT_EQ(delayed.wait, 1);
-    EXPECT_EQ(delayed.text, "Too many failed logins. Try again in 1 second.");
+    EXPECT_EQ(delayed.text, "A login has failed. Try again in 1 second.");
     m_now += 1;
     EXPECT_EQ(store.Login("operator", "wrong").outcome, LoginOutcome::Refused);
     EXPECT_EQ(store.Login("operator", PASSWORD).wait, 2);

@@ -1,0 +1,21 @@
+// The product's users for the console: the login dialog over the users' file.
+#pragma once
+
+#include "api/kernel/UserManagement.h"
+#include "platform/kernel/users/UserStore.h"
+
+#include <functional>
+#include <string>
+
+class CUserManagement : public IQLUserManagement {
+public:
+    // onLogin gets the name of each user who logs in, on the console thread. store outlives this.
+    CUserManagement(CUserStore& store, std::function<void(const std::string& name)> onLogin);
+
+    int UMOpenLoginDlg(QWidget* window, char* name) override;
+    bool UMIsUserAdministrator(const char* name) override;
+
+private:
+    CUserStore& m_store;
+    const std::function<void(const std::string&)> m_onLogin;
+};
