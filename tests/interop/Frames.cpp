@@ -1,8 +1,13 @@
 #include "tests/interop/Frames.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <set>
 #include <stdexcept>
 #include <string_view>
 
@@ -80,6 +85,34 @@ void Decode(const std::filesystem::path& file, std::uint16_t udpPort, const std:
     });
 }
 
+// Lines that tell how something is coded, not what it is.
+bool IsHeader(const Field& field) {
+    static const std::set<std::string> NAMES{"bacapp.application_tag_number",
+                                             "bacapp.context_tag_number",
+                                             "bacapp.extended_tag_number",
+                                             "bacapp.LVT",
+                                             "bacapp.named_tag",
+                                             "bacapp.objectType",
+                                             "bacapp.instance_number",
+                                             "bacapp.pduflags",
+                                             "bacapp.tag_class",
+                                             "bacapp.unused_bits",
+                                             "bacapp.invoke_id",
+                                             "bacapp.property_identifier",
+                                             "bacnet.control",
+                                             "bacnet.version",
+                                             "bvlc.type"};
+    // Flags, which say something when they are set.
+    static const std::set<std::string> FLAGS{"bacapp.segmented_request", "bacapp.more_segments", "bacapp.SA",
+                                             "bacapp.response_segments"};
+    if ((FLAGS.count(field.Name) != 0 || field.Name.starts_with("bacnet.control_")) && field.Value == "0")
+        return true;
+    if (!field.Name.empty())
+        return NAMES.count(field.Name) != 0;
+    return field.Label.starts_with("Context Tag:") || field.Label.starts_with("Application Tag:") ||
+           field.Label.starts_with("{[") || field.Label.starts_with("}[");
+}
+
 } // namespace
 
 std::vector<std::string> Frame::All(const std::string& name) const {
@@ -130,6 +163,31 @@ void DecodeEach(const std::filesystem::path& file, std::uint16_t udpPort, const 
     Decode(file, udpPort, "-J " + Quoted(layer), take);
 }
 
+std::string Reading(const Frame& frame, const std::string& layer) {
+    std::string text;
+    bool inside = false;
+    for (const Field& field : frame.Fields) {
+        if (field.Name == layer)
+            inside = true;
+        else if (!field.Name.empty() && !field.Name.starts_with(layer + "."))
+            inside = false; // of the next layer
+        else if (inside && !IsHeader(field))
+            text += "    " + (field.Name.empty() ? field.Label : field.Name + " " + field.Value) + "\n";
+    }
+    return text;
+}
+
+void ExpectGolden(const std::string& name, const std::string& text) {
+    const std::string path = BDC_SOURCE_DIR "/tests/golden/interop/" + name;
+    if (std::getenv("BDC_WRITE_GOLDEN") != nullptr) {
+        std::ofstream(path, std::ios::binary) << text;
+        return;
+    }
+    std::ifstream file(path, std::ios::binary);
+    const std::string golden{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    EXPECT_EQ(text, golden) << "see " << path;
+}
+
 std::string Objection(const Frame& frame) {
     for (const Field& field : frame.Fields) {
         if (field.Name.starts_with("_ws.expert") || field.Name.starts_with("_ws.malformed") ||
@@ -140,7 +198,8 @@ std::string Objection(const Frame& frame) {
     }
     if (!frame.Has("bvlc.function"))
         return "is not BACnet/IP";
-    if (!frame.Has("bacapp.type") && !frame.Has("bacnet.mesgtyp"))
+    const bool carriesNpdu = frame.Has("bacnet.version");
+    if (carriesNpdu && !frame.Has("bacapp.type") && !frame.Has("bacnet.mesgtyp"))
         return "has neither an APDU nor a message of the network layer";
     return {};
 }

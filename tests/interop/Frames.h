@@ -42,6 +42,12 @@ std::vector<Frame> Decode(const std::filesystem::path& file, std::uint16_t udpPo
 void DecodeEach(const std::filesystem::path& file, std::uint16_t udpPort, const std::string& layer,
                 const std::function<void(const Frame&)>& take);
 
+// What the decoder reads in one layer ("bvlc", "bacnet", "bacapp"), a line each, indented: its text, or the name and
+// the value of a field of its filters. Without the tags, and without flags that are not set.
+std::string Reading(const Frame& frame, const std::string& layer);
+// Compares with tests/golden/interop/NAME. With BDC_WRITE_GOLDEN set in the environment the file is written instead.
+void ExpectGolden(const std::string& name, const std::string& text);
+
 // Why the decoder does not agree with a frame; empty when it does. A frame has to be BACnet/IP, without a mark of the
 // decoder's experts and without octets left over.
 std::string Objection(const Frame& frame);
