@@ -330,9 +330,9 @@ void ReadTag(CTableReader& reader, std::set<std::string>& names, Config& config,
     config.tags.push_back(std::move(tag));
 }
 
-void ReadFileName(CTableReader& reader, std::string& target) {
-    reader.Text("file", 255, target);
-    reader.Check("file", IsFileName(target), "must be the name of a file in the data folder, without a path");
+void ReadFileName(CTableReader& reader, std::string& target, const char* key = "file") {
+    reader.Text(key, 255, target);
+    reader.Check(key, IsFileName(target), "must be the name of a file in the data folder, without a path");
 }
 
 void ReadRoot(const toml::table& table, Config& config, Faults& faults) {
@@ -355,7 +355,10 @@ void ReadRoot(const toml::table& table, Config& config, Faults& faults) {
     });
     ReadSection(root, "data", faults, [&](CTableReader& r) { r.Text("folder", 4000, config.dataFolder); });
     ReadSection(root, "settings", faults, [&](CTableReader& r) { ReadFileName(r, config.settingsFile); });
-    ReadSection(root, "directory", faults, [&](CTableReader& r) { ReadFileName(r, config.directoryFile); });
+    ReadSection(root, "directory", faults, [&](CTableReader& r) {
+        ReadFileName(r, config.directoryFile);
+        ReadFileName(r, config.vendorNamesFile, "vendor_names");
+    });
     ReadSection(root, "history", faults,
                 [&](CTableReader& r) { r.Integer("transfer_chunk", 1, 32767, config.transferChunk); });
     std::set<std::string> names;

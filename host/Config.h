@@ -81,7 +81,10 @@ struct Config {
                                                  // against the folder of the configuration file.
     std::string settingsFile = "settings.dat";   // [settings] file, in the data folder
     std::string directoryFile = "directory.dat"; // [directory] file, in the data folder
-    std::uint32_t transferChunk = 100;           // [history] transfer_chunk, records in one ReadRange, 1..32767
+    // [directory] vendor_names, in the data folder: names that vendors give to numbers of their own
+    // (docs/vendor-names.md). The file need not be there.
+    std::string vendorNamesFile = "vendor-names.txt";
+    std::uint32_t transferChunk = 100; // [history] transfer_chunk, records in one ReadRange, 1..32767
     std::vector<TagConfig> tags;
 };
 

@@ -11,6 +11,7 @@
 #include "platform/historian/SqliteHistoryStore.h"
 #include "platform/kernel/Kernel.h"
 #include "platform/stack/client/BacnetClient.h"
+#include "platform/stack/schema/VendorNames.h"
 
 #include <unistd.h>
 
@@ -109,6 +110,10 @@ bool CRuntime::OpenKernel(std::string& error) {
 }
 
 bool CRuntime::OpenStack(std::string& error) {
+    std::vector<std::string> wrongLines;
+    bacnet::LoadVendorNames(m_folder + "/" + m_config.vendorNamesFile, wrongLines);
+    for (const std::string& line : wrongLines)
+        LogErr("%s", line.c_str());
     CBacGeneral::SetDirFileName(m_folder + "/" + m_config.directoryFile);
     m_client = bacnet::BacnetClient::Open(StackConfigOf(m_config, m_folder, m_station), error);
     if (!m_client)

@@ -129,7 +129,8 @@ public:
     bool IsObjCommandable(unsigned device, BACSTAC_OBJECT_ID const& id) const;
     bool SetObjCommandable(unsigned device, BACSTAC_OBJECT_ID const& id, bool commandable);
 
-    // Tables of the standard. An unknown number gives its decimal text.
+    // Tables of the standard, and of vendors (docs/vendor-names.md) where a vendor is asked for; 0 has no names of its
+    // own. An unknown number gives its decimal text; false then.
     static const char* GetStdObjTypeName(BACSTAC_OBJECT_TYPE type);
     static const char* GetStdPropName(BACSTAC_PROPERTY_ID property);
     static bool GetObjTypeName(BACSTAC_OBJECT_TYPE type, std::string& name, unsigned vendor);

@@ -1,11 +1,12 @@
 #include "api/bacnet/Dir.h"
 #include "platform/stack/directory/FoldCase.h"
-#include "platform/stack/schema/ObjectTypes.h"
+#include "platform/stack/schema/VendorNames.h"
 
 #include <algorithm>
 #include <charconv>
 #include <map>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -32,7 +33,9 @@ public:
 
     bool MatchesAll() const { return m_words.empty(); }
     bool Device(const CBACnetDev& device) { return Matches(device, {}); }
-    bool Object(const CBACnetObj& object) { return Matches(object, TypeName(object.GetId().Type)); }
+    bool Object(const CBACnetObj& object, unsigned vendor) {
+        return Matches(object, TypeName(object.GetId().Type, vendor));
+    }
 
 private:
     bool Matches(const CBACnetObj& entry, std::string_view typeName) {
@@ -50,17 +53,20 @@ private:
                            [this](const std::string& word) { return m_text.find(word) != std::string::npos; });
     }
 
-    std::string_view TypeName(BACSTAC_OBJECT_TYPE type) {
-        const auto [at, added] = m_typeNames.try_emplace(type);
-        const bacnet::ObjectTypeInfo* const info = added ? bacnet::FindObjectType(type) : nullptr;
-        if (added)
-            AppendFolded(at->second, info != nullptr ? info->Name : std::to_string(type));
+    std::string_view TypeName(BACSTAC_OBJECT_TYPE type, unsigned vendor) {
+        const bool standard = type < bacnet::FIRST_PROPRIETARY_TYPE;
+        const auto [at, added] = m_typeNames.try_emplace({type, standard ? 0 : vendor});
+        if (added) {
+            std::string name;
+            CBACnetDir::GetObjTypeName(type, name, vendor);
+            AppendFolded(at->second, name);
+        }
         return at->second;
     }
 
     std::vector<std::string> m_words;
-    std::map<BACSTAC_OBJECT_TYPE, std::string> m_typeNames; // folded
-    std::string m_text;                                     // of the entry at hand, folded; keeps its memory
+    std::map<std::pair<BACSTAC_OBJECT_TYPE, unsigned>, std::string> m_typeNames; // folded, by type and vendor
+    std::string m_text; // of the entry at hand, folded; keeps its memory
 };
 
 } // namespace
@@ -75,7 +81,7 @@ void CBACnetDir::Filter(std::string const& text, CBACnetDir& result) const {
         }
         std::vector<const CBACnetObj*> objects;
         for (const CBACnetObj& object : device->GetObjects())
-            if (matcher.Object(object))
+            if (matcher.Object(object, device->GetVendorId()))
                 objects.push_back(&object);
         if (objects.empty())
             continue;

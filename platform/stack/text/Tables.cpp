@@ -5,6 +5,7 @@
 #include "platform/stack/schema/ObjectTypes.h"
 #include "platform/stack/schema/PropertyNames.h"
 #include "platform/stack/schema/TypeTable.h"
+#include "platform/stack/schema/VendorNames.h"
 #include "platform/stack/text/NumberText.h"
 #include "platform/stack/text/Phrases.h"
 
@@ -63,13 +64,16 @@ const char* CBACnetDir::GetStdPropName(BACSTAC_PROPERTY_ID property) {
     return name != nullptr ? name : NumberText("", property, "");
 }
 
-// No vendor's own names are known yet: theirs are numbers.
-bool CBACnetDir::GetObjTypeName(BACSTAC_OBJECT_TYPE type, std::string& name, unsigned) {
-    return NameInto(name, ObjectTypeName(type), type);
+bool CBACnetDir::GetObjTypeName(BACSTAC_OBJECT_TYPE type, std::string& name, unsigned vendor) {
+    const auto names = CurrentVendorNames();
+    const std::string* const own = names->ObjectType(vendor, type);
+    return NameInto(name, own != nullptr ? own->c_str() : ObjectTypeName(type), type);
 }
 
-bool CBACnetDir::GetPropName(BACSTAC_PROPERTY_ID property, std::string& name, unsigned) {
-    return NameInto(name, FindPropertyName(property), property);
+bool CBACnetDir::GetPropName(BACSTAC_PROPERTY_ID property, std::string& name, unsigned vendor) {
+    const auto names = CurrentVendorNames();
+    const std::string* const own = names->Property(vendor, property);
+    return NameInto(name, own != nullptr ? own->c_str() : FindPropertyName(property), property);
 }
 
 const char* CBACnetDir::GetDataTypeString(BACSTAC_DATA_TYPE type) {

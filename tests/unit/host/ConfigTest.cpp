@@ -55,6 +55,7 @@ TEST(Config, AnEmptyFileGivesTheDefaults) {
     EXPECT_EQ(config.dataFolder, "");
     EXPECT_EQ(config.settingsFile, "settings.dat");
     EXPECT_EQ(config.directoryFile, "directory.dat");
+    EXPECT_EQ(config.vendorNamesFile, "vendor-names.txt");
     EXPECT_EQ(config.transferChunk, 100U);
     EXPECT_TRUE(config.tags.empty());
 }
@@ -93,6 +94,7 @@ folder = "/var/lib/site"
 file = "a.dat"
 [directory]
 file = "b.xml"
+vendor_names = "c.txt"
 [history]
 transfer_chunk = 32767
 [[tag]]
@@ -142,6 +144,7 @@ initial = 12
     EXPECT_EQ(config.dataFolder, "/var/lib/site");
     EXPECT_EQ(config.settingsFile, "a.dat");
     EXPECT_EQ(config.directoryFile, "b.xml");
+    EXPECT_EQ(config.vendorNamesFile, "c.txt");
     EXPECT_EQ(config.transferChunk, 32767U);
 
     ASSERT_EQ(config.tags.size(), 4U);
