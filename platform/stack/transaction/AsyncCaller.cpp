@@ -85,6 +85,7 @@ private:
     Begun Stall(Item& item, const PeerKey& key, Outcome obstacle, Millis now, Millis patience);
     Begun Fail(Item& item, Outcome outcome);
     void Enqueue(Item& item);
+    void GiveUp(Item& item, Outcome outcome, Millis now); // one under way
     void Flush();
     void ServeTimes(Millis now);
     void Receive(Millis now, Millis until);
@@ -228,8 +229,10 @@ void AsyncCaller::Impl::ServeTimes(Millis now) {
             break;
         case Transaction::Due::resend:
             earliest = std::min(earliest, due.Deadline);
-            m_core.Resend(item->Key, *item, item->Request->Destination, now);
-            Enqueue(*item);
+            if (m_core.Resend(item->Key, *item, item->Request->Destination, now))
+                Enqueue(*item);
+            else
+                GiveUp(*item, Outcome::request_too_long, now);
             break;
         case Transaction::Due::finished:
             OnFinished(*item);
@@ -312,6 +315,14 @@ std::size_t AsyncCaller::Impl::Poll(int timeoutMs) {
     }
 }
 
+void AsyncCaller::Impl::GiveUp(Item& item, Outcome outcome, Millis now) {
+    PeerTable::Dispatched ended;
+    if (m_core.Peers.GiveUp(item.Key, item, outcome, now, ended)) {
+        OnFinished(item);
+        m_core.Follow(ended);
+    }
+}
+
 void AsyncCaller::Impl::Cancel() {
     const Millis now = m_core.Clock.Now();
     while (Item* const item = m_pending.Pop())
@@ -320,13 +331,8 @@ void AsyncCaller::Impl::Cancel() {
         while (Item* const item = queue.Pop())
             Fail(*item, Outcome::cancelled);
     m_stalled.clear();
-    for (Item* const item : m_underWay) {
-        PeerTable::Dispatched ended;
-        if (m_core.Peers.GiveUp(item->Key, *item, Outcome::cancelled, now, ended)) {
-            OnFinished(*item);
-            m_core.Follow(ended);
-        }
-    }
+    for (Item* const item : m_underWay)
+        GiveUp(*item, Outcome::cancelled, now);
     CompleteAll();
 }
 

@@ -46,8 +46,6 @@ bool LayerCore::BuildRequest(const Transaction& transaction, Frame& frame) {
 }
 
 bool LayerCore::Plan(Transaction& transaction, std::size_t parameters, const CallOptions& options) {
-    constexpr std::size_t REQUEST_HEADER = 4;
-    constexpr std::size_t SEGMENT_HEADER = 6;
     // Nobody needs so many; it keeps the counting of segments far from its limits.
     constexpr std::size_t LONGEST = 16U * 1024 * 1024;
     const std::size_t link = Network.MaxApdu(transaction.Peer);
@@ -55,11 +53,11 @@ bool LayerCore::Plan(Transaction& transaction, std::size_t parameters, const Cal
     transaction.MaxAnswer = static_cast<std::uint16_t>(std::min<std::size_t>(link, 0xFFFF));
     transaction.Budget = &Budget;
     transaction.SegmentSize = 0;
-    if (parameters + REQUEST_HEADER <= most)
+    if (parameters + Transaction::REQUEST_HEADER <= most)
         return true;
-    if (!options.TakesSegments || most <= SEGMENT_HEADER || parameters > LONGEST)
+    if (!options.TakesSegments || most <= Transaction::SEGMENT_HEADER || parameters > LONGEST)
         return false;
-    transaction.SegmentSize = most - SEGMENT_HEADER;
+    transaction.SegmentSize = most - Transaction::SEGMENT_HEADER;
     return options.MaxSegments == 0 ||
            SegmentSender::CountOf(parameters, transaction.SegmentSize) <= options.MaxSegments;
 }
@@ -79,15 +77,18 @@ bool LayerCore::SendPdu(const Station& destination, const Apdu& header, std::spa
     return frame.Append(payload) && PrependApdu(frame, header) && Network.Send(destination, frame, expectingReply);
 }
 
-void LayerCore::Resend(const PeerKey& key, Transaction& transaction, const BACSTAC_ADDRESS& destination, Millis now) {
+bool LayerCore::Resend(const PeerKey& key, Transaction& transaction, const BACSTAC_ADDRESS& destination, Millis now) {
     Counters.Retries.Add();
     if (transaction.Peer.Network == 0)
-        return;
+        return true;
+    if (transaction.RequestSize() > Network.MaxApdu(transaction.Peer))
+        return false;
     // The router may be the one that is silent: ask for another, and take it as soon as it is known.
     Network.AskForRouter(transaction.Peer.Network, now);
     Station station;
     if (Network.Resolve(destination, station) == NetworkLayer::Route::found && station != transaction.Peer)
         Peers.Redirect(key, transaction, station);
+    return true;
 }
 
 void LayerCore::ReceiveAll() {

@@ -33,8 +33,9 @@ public:
     bool SendSegments(const PeerKey& key, std::uint8_t invokeId);
     bool SendPdu(const Station& destination, const Apdu& header, std::span<const std::uint8_t> payload,
                  bool expectingReply);
-    // Before a request is repeated: counts, and looks for a better way to a station behind a router.
-    void Resend(const PeerKey& key, Transaction& transaction, const BACSTAC_ADDRESS& destination, Millis now);
+    // Before a request is repeated: counts, and looks for a better way to a station behind a router. False: a router
+    // has said that the request is too long for the way, which the table has a limit for now; it must not be repeated.
+    bool Resend(const PeerKey& key, Transaction& transaction, const BACSTAC_ADDRESS& destination, Millis now);
     // Without background threads: one tick of each port.
     void ReceiveAll();
     // Sends the reply and wakes those whom a dispatched PDU concerns.

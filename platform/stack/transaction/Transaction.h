@@ -66,6 +66,13 @@ public:
     const CallResult& Result() const { return m_result; }
     // Late answers may still come: the invoke id must rest.
     bool NeedsRest() const { return m_resent || !m_result.Answered(); }
+    // Octets of the headers of a request, in one piece and in segments (clause 20.1.2).
+    static constexpr std::size_t REQUEST_HEADER = 4;
+    static constexpr std::size_t SEGMENT_HEADER = 6;
+    // Of the longest APDU that carries the request or a part of it.
+    std::size_t RequestSize() const {
+        return SegmentSize != 0 ? SegmentSize + SEGMENT_HEADER : m_parameters.size() + REQUEST_HEADER;
+    }
     // The PDU that carries the request, when that is not segmented.
     Apdu RequestHeader() const;
     // The next segment that is to be sent now; false: none. segment's payload refers to the parameters.

@@ -199,7 +199,10 @@ void TransactionLayer::Impl::Run(BlockingCall& call, const BACSTAC_ADDRESS& dest
             until = due.Deadline;
             break;
         case Transaction::Due::resend:
-            Core.Resend(call.Key, call.Work, destination, now);
+            if (!Core.Resend(call.Key, call.Work, destination, now)) {
+                End(call, Outcome::request_too_long);
+                return;
+            }
             SendRequest(call); // what the system refuses is as good as lost
             until = due.Deadline;
             break;

@@ -333,6 +333,31 @@ TEST_F(Segmenting, SegmentsToAStationBehindARouterCarryItsAddress) {
     EXPECT_EQ(last, (Octets{0x01, 0x20, 0x07, 0xD1, 0x01, 0x07, 0xFF, 0x70, 0x01, ABORT_TSM_TIMEOUT}));
 }
 
+TEST_F(Segmenting, ARequestThatARouterCallsTooLongIsNotRepeatedAndGoesInSmallerSegments) {
+    m_network.OnNpdu(0, {ROUTER, false, frames::I_AM_ROUTER});
+    m_routed = true;
+    m_options.MaxApdu = 1476;
+    Serve([&](const Apdu& last, const Octets&) { Deliver(Pdu(PduType::simple_ack, last.InvokeId)); });
+    const auto serve = m_link.OnSend;
+    m_link.OnSend = [&](const fakes::Sent& sent) {
+        Npdu npdu;
+        ASSERT_EQ(DecodeNpdu(sent.Npdu, npdu), NpduError::none);
+        if (npdu.IsNetworkMessage)
+            return;
+        if (npdu.Payload.size() > 1024)
+            // Reject-Message-To-Network: too long for network 2001.
+            m_link.Deliver(ROUTER, {0x01, 0x80, 0x03, 0x04, 0x07, 0xD1});
+        else
+            serve(sent);
+    };
+    EXPECT_EQ(Call(Numbered(2000), RemoteDevice()).How, Outcome::request_too_long);
+    EXPECT_EQ(m_link.Frames.size(), 2U) << "the first segment, and the end of it";
+    EXPECT_EQ(m_lasted, m_settings.SegmentTimeoutMs);
+    m_link.Frames.clear();
+    EXPECT_EQ(Call(Numbered(2000), RemoteDevice()).How, Outcome::simple_ack);
+    EXPECT_EQ(m_link.Frames.size(), 2U);
+}
+
 TEST_F(Segmenting, AcknowledgementsFromAnotherPortOfTheAddressAreTaken) {
     m_from = DEVICE_OTHER_PORT;
     Serve([&](const Apdu& last, const Octets&) { Deliver(Pdu(PduType::simple_ack, last.InvokeId)); });
@@ -393,6 +418,42 @@ TEST_F(Segmenting, GivingUpInTheMiddleTellsTheDevice) {
     m_options.Observer = &impatient;
     EXPECT_EQ(Call(Numbered(300)).How, Outcome::cancelled);
     EXPECT_EQ(SentText(), "0+ 1+ abort 0");
+}
+
+TEST_F(Segmenting, AnswersOfTwoDevicesUnderOneInvokeIdAreKeptApart) {
+    class Request final : public AsyncRequest {
+    public:
+        CallResult Result;
+        void OnDone(const CallResult& result) override { Result = result; }
+    };
+    const MacAddress other = Mac({10, 0, 0, 6, 0xBA, 0xC0});
+    AsyncCaller caller(*m_layer);
+    Request requests[2];
+    const Octets parameters{1, 2, 3};
+    for (Request& request : requests) {
+        request.Destination = LocalDevice();
+        request.Service = WRITE_PROPERTY_MULTIPLE;
+        request.Parameters = parameters;
+    }
+    requests[1].Destination.Mac[3] = 6;
+    for (Request& request : requests)
+        caller.Submit(request);
+    caller.Poll(0);
+    ASSERT_EQ(m_link.Frames.size(), 2U);
+    EXPECT_EQ(Parse(m_link.Frames[0].Npdu).InvokeId, Parse(m_link.Frames[1].Npdu).InvokeId);
+    // Complex ack, segmented, more follow; invoke id 0, segment, window 4. In turns, the second device's with a gap.
+    m_link.Deliver(DEVICE, {0x01, 0x00, 0x3C, 0x00, 0x00, 0x04, 0x10, 11});
+    m_link.Deliver(other, {0x01, 0x00, 0x3C, 0x00, 0x00, 0x04, 0x10, 21});
+    m_link.Deliver(other, {0x01, 0x00, 0x38, 0x00, 0x02, 0x04, 0x10, 23});
+    m_link.Deliver(DEVICE, {0x01, 0x00, 0x38, 0x00, 0x01, 0x04, 0x10, 12});
+    m_link.Deliver(other, {0x01, 0x00, 0x3C, 0x00, 0x01, 0x04, 0x10, 22}, 10);
+    m_link.Deliver(other, {0x01, 0x00, 0x38, 0x00, 0x02, 0x04, 0x10, 23}, 10);
+    while (caller.Outstanding() != 0)
+        caller.Poll(100);
+    for (const Request& request : requests)
+        EXPECT_EQ(request.Result.How, Outcome::complex_ack);
+    EXPECT_EQ(Octets(requests[0].Answer.Octets().begin(), requests[0].Answer.Octets().end()), (Octets{11, 12}));
+    EXPECT_EQ(Octets(requests[1].Answer.Octets().begin(), requests[1].Answer.Octets().end()), (Octets{21, 22, 23}));
 }
 
 TEST_F(Segmenting, ManyAtOnceFromOneThreadEachInItsOwnSegments) {
