@@ -43,6 +43,7 @@ void RecordedSite::SetUp() {
             if (object.Log && object.Log->Generator)
                 for (std::uint32_t& kind : object.Log->Generator->Kinds)
                     kind = sim::MIXED_KINDS;
+    Describe(site);
     m_simulator = std::make_unique<sim::Simulator>(std::move(site));
     std::string failure;
     ASSERT_TRUE(m_simulator->Start(failure)) << failure;

@@ -30,6 +30,9 @@ protected:
     // Skips the test where there is no decoder, starts the site and finds its devices.
     void SetUp() override;
 
+    // Adds to the site before it starts: devices in the order of their instances.
+    virtual void Describe(sim::SimulatorConfig&) {}
+
     // Ends the client and has the recording decoded: all frames, none of them with an objection.
     const std::vector<Frame>& Frames();
     // Those of one kind, in their order.
