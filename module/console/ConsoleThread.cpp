@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QPixmapCache>
 
 #include <deque>
 #include <utility>
@@ -151,6 +152,7 @@ void CBDCThread::Finish() {
         m_window = nullptr;
     }
     m_dialog.reset();
+    QPixmapCache::clear(); // has a timer of this thread, which must not outlive it when the process ends
     Runs& runs = AllRuns();
     runs.current.reset();
     m_started.Set(); // nobody need wait for a run that is over

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QTabBar>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -79,7 +80,8 @@ QSize CPageTabs::sizeHint() const {
     for (const CConsolePage* const page : m_pages)
         if (page)
             size = size.expandedTo(page->sizeHint());
-    return size + QSize(0, tabBar()->sizeHint().height());
+    const QSize tabs = tabBar()->sizeHint();
+    return {std::max(size.width(), tabs.width() + tabs.height()), size.height() + tabs.height()};
 }
 
 void CPageTabs::Place(int page, const QSize& place) {

@@ -5,9 +5,13 @@
 #include "module/console/NarrowText.h"
 
 #include <QApplication>
+#include <QStyle>
 
 void CSystemTray::Add(std::uint32_t id, const std::string& tooltip) {
-    m_icon.setIcon(QApplication::windowIcon());
+    QIcon icon = QApplication::windowIcon();
+    if (icon.isNull())
+        icon = QApplication::style()->standardIcon(QStyle::SP_ComputerIcon);
+    m_icon.setIcon(icon);
     m_icon.setToolTip(FromNarrow(tooltip));
     QObject::connect(&m_icon, &QSystemTrayIcon::activated, &m_icon, [id](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger)
