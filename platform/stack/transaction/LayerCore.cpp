@@ -113,7 +113,7 @@ void LayerCore::OnApdu(const ApduIndication& indication) {
         return;
     }
     if (pdu.Type == PduType::confirmed_request || pdu.Type == PduType::unconfirmed_request) {
-        if (PortPump::OnBackgroundThread() || !Settings.BackgroundThread) {
+        if (PortPump::MayServe() || !Settings.BackgroundThread) {
             OnRequest(indication.Source, indication.Broadcast, indication.Apdu);
         } else if (!Pump(indication.Source.Port)
                         .Enqueue({indication.Source,

@@ -9,8 +9,11 @@ namespace {
 
 // How long the background thread leaves the directed traffic alone after a caller has led, before it looks again.
 constexpr int PARK_MS = 5;
+// Queued requests that it serves before it looks at the sockets again: a flood of them must not keep answers waiting.
+constexpr std::size_t QUEUE_SLICE = 32;
 
 thread_local bool t_background = false;
+thread_local bool t_holdsRole = false; // background thread only
 thread_local WakeSet* t_wakes = nullptr;
 
 } // namespace
@@ -34,8 +37,8 @@ void PortPump::Stop() {
         m_thread.join();
 }
 
-bool PortPump::OnBackgroundThread() {
-    return t_background;
+bool PortPump::MayServe() {
+    return t_background && !t_holdsRole;
 }
 
 void PortPump::Dispatch(const NpduBatch& batch) {
@@ -90,22 +93,29 @@ bool PortPump::Enqueue(QueuedApdu apdu) {
             return false;
         m_queue.push_back(std::move(apdu));
     }
-    m_link.Interrupt();
+    if (!t_background) // which looks at the queue anyway
+        m_link.Interrupt();
     return true;
 }
 
-void PortPump::ServeQueue() {
-    {
+bool PortPump::ServeQueue() {
+    if (m_served == m_serving.size()) {
+        m_serving.clear();
+        m_served = 0;
         const std::lock_guard lock(m_queueMutex);
         m_serving.swap(m_queue);
     }
-    for (const QueuedApdu& apdu : m_serving)
-        m_handler(apdu);
-    m_serving.clear();
+    for (std::size_t i = 0; i < QUEUE_SLICE && m_served < m_serving.size(); ++i)
+        m_handler(m_serving[m_served++]);
+    if (m_served < m_serving.size())
+        return true;
+    const std::lock_guard lock(m_queueMutex);
+    return !m_queue.empty();
 }
 
 void PortPump::Run() {
     t_background = true;
+    bool queued = false;
     while (!m_stop) {
         // While callers lead, this thread keeps off their socket and only looks now and then whether they still do.
         // When it waits for directed traffic and a caller comes, that one leads at once; what it costs is one wake in
@@ -113,17 +123,20 @@ void PortPump::Run() {
         const bool idle = m_role.Idle(m_takeOver.exchange(false));
         const unsigned sources = IDataLink::BROADCASTS | (idle ? IDataLink::DIRECTED : 0U);
         const int due = m_link.Attend();
-        const int wait = idle ? due : due < 0 ? PARK_MS : std::min(due, PARK_MS);
+        const int longest = idle ? due : due < 0 ? PARK_MS : std::min(due, PARK_MS);
+        const int wait = queued ? 0 : longest;
         const unsigned ready = m_link.WaitReadable(sources, wait);
         if ((ready & IDataLink::BROADCASTS) != 0) {
             m_link.ReceiveBroadcasts(m_broadcasts);
             Dispatch(m_broadcasts);
         }
         if ((ready & IDataLink::DIRECTED) != 0 && m_role.TryTake()) {
+            t_holdsRole = true;
             Receive(NpduBatch::CAPACITY, IDataLink::Wait::none);
+            t_holdsRole = false;
             m_role.Release();
         }
-        ServeQueue();
+        queued = ServeQueue();
     }
 }
 

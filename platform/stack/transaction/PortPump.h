@@ -10,6 +10,7 @@
 #include "platform/stack/transaction/SendQueue.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <mutex>
@@ -27,7 +28,8 @@ struct QueuedApdu {
 
 class PortPump {
 public:
-    // Beyond these the requests of others are dropped; they repeat what matters to them.
+    // Beyond these, besides as many that are being served, the requests of others are dropped; they repeat what matters
+    // to them.
     static constexpr std::size_t QUEUE_LIMIT = 4096;
 
     using QueueHandler = std::function<void(const QueuedApdu&)>;
@@ -55,13 +57,15 @@ public:
     bool Enqueue(QueuedApdu apdu);
     // Wakes the waiter, when this thread hands out a batch of answers together with all others that the batch concerns.
     static void Wake(Waiter& waiter);
-    // The present thread is the background thread of some port.
-    static bool OnBackgroundThread();
+    // The present thread is the background thread of some port and does not hold the receive role: what it does now keeps
+    // no answers waiting.
+    static bool MayServe();
 
 private:
     void Run();
     void Dispatch(const NpduBatch& batch);
-    void ServeQueue();
+    // Serves a slice of what is queued; true when there is more.
+    bool ServeQueue();
 
     NetworkLayer& m_network;
     IDataLink& m_link;
@@ -75,7 +79,8 @@ private:
     std::atomic<bool> m_takeOver{false};
     std::mutex m_queueMutex;
     std::vector<QueuedApdu> m_queue;   // m_queueMutex
-    std::vector<QueuedApdu> m_serving; // the background thread's
+    std::vector<QueuedApdu> m_serving; // the background thread's, as is the next one
+    std::size_t m_served = 0;          // of m_serving
     std::thread m_thread;
 };
 
