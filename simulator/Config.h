@@ -60,7 +60,8 @@ struct ObjectConfig {
     std::optional<LogConfig> Log;              // types 20 and 27; without it such an object has an empty buffer
     std::optional<FileConfig> File;            // type 10; without it such an object is an empty stream
     std::optional<EventConfig> Event;
-    bool Permanent = false; // clients may not delete it
+    bool AllProperties = false; // every property that the standard gives the type, not only what it requires
+    bool Permanent = false;     // clients may not delete it
 };
 
 // The backup and restore procedure of a device.

@@ -489,10 +489,11 @@ void ReadObject(Table& table, DeviceConfig& device) {
     table.Text("description", object.Description);
     table.Boolean("intrinsic_reporting", object.IntrinsicReporting);
     table.Boolean("commandable", object.Commandable);
+    table.Boolean("all_properties", object.AllProperties);
     table.Boolean("permanent", object.Permanent);
     table.Single("event", [&object](Table& event) { ReadEvent(event, object.Event.emplace()); });
     table.Words("read_only", "properties", PropertyOf, object.ReadOnly);
-    if (object.Id.Type == OBJ_TREND_LOG || object.Id.Type == OBJ_TREND_LOG_MULTIPLE)
+    if (object.Id.Type == OBJ_TREND_LOG || object.Id.Type == OBJ_TREND_LOG_MULTIPLE || object.Id.Type == OBJ_EVENT_LOG)
         ReadLog(table, device, object);
     if (object.Id.Type == OBJ_FILE)
         ReadFile(table, object);

@@ -1,6 +1,7 @@
 #include "simulator/Generate.h"
 
 #include "api/bacnet/Enums.h"
+#include "simulator/Museum.h"
 
 #include <algorithm>
 
@@ -118,6 +119,13 @@ SimulatorConfig GenerateConfig(const Counts& counts) {
         device.Ip = ip;
         ip = NextIp(ip);
         config.Devices.push_back(std::move(device));
+    }
+    for (std::uint32_t i = 0; i < counts.Museums && instance < BACSTAC_MAX_INSTANCE; ++i) {
+        DeviceConfig museum = MuseumDevice(instance++);
+        museum.MaxApdu = counts.MaxApdu;
+        museum.Ip = ip;
+        ip = NextIp(ip);
+        config.Devices.push_back(std::move(museum));
     }
     if (counts.Networks.empty())
         return config;

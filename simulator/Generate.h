@@ -22,6 +22,7 @@ struct Counts {
     std::uint16_t Port = 47808;
     std::vector<std::uint16_t> Networks; // networks behind one router, whose address follows the last device's
     std::uint32_t RoutedDevices = 2;     // on each of them, MAC from 1
+    std::uint32_t Museums = 0;           // devices that have an object of every type, behind the others
     std::uint32_t ProtocolRevision = 14;
     std::uint32_t MaxApdu = 1476;
     std::uint64_t Seed = 1;

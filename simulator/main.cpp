@@ -46,6 +46,8 @@ void AddOptions(CLI::App& app, Options& options) {
         ->capture_default_str();
     app.add_option("--status-every", counts.StatusEvery, "Every so many records a log-status record; 0: none");
     app.add_flag("--real", counts.OnlyReal, "All points are analog inputs");
+    app.add_option("--museum", counts.Museums, "Devices besides that have an object of every type")
+        ->check(CLI::Range(0, 1000));
     app.add_option("--seed", counts.Seed, "Other contents for another seed")->capture_default_str();
     app.add_option("--base-instance", counts.BaseInstance, "Instance of the first device")
         ->check(CLI::Range(0U, 4194302U))

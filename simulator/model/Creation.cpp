@@ -69,7 +69,7 @@ std::optional<PropertyError> SetState(const WriteCommand& given, ObjectConfig& o
         return SetAccess(given.Value, file());
     if (type == OBJ_FILE && given.Property == PROP_READ_ONLY)
         return SetFlag(given.Value, file().ReadOnly);
-    if (type != OBJ_TREND_LOG && type != OBJ_TREND_LOG_MULTIPLE)
+    if (type != OBJ_TREND_LOG && type != OBJ_TREND_LOG_MULTIPLE && type != OBJ_EVENT_LOG)
         return std::nullopt;
     switch (given.Property) {
     case PROP_ENABLE:

@@ -34,6 +34,8 @@ Device::Device(const DeviceConfig& config, std::function<LocalTime()> clock)
             // Properties given for the device object itself.
             for (const auto& [property, value] : object.Properties)
                 Find(Id())->Set(property, value);
+            if (object.AllProperties)
+                AddDefaults(*Find(Id()), true);
         } else {
             Insert(MakeObject(object));
             if (object.Event)

@@ -80,8 +80,8 @@ public:
     std::optional<Value> GetProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property) const; // stored ones
     std::vector<BACSTAC_OBJECT_ID> ObjectList() const; // the device object first
 
-    // The object goes to that event state (0 normal, 1 fault, others offnormal), and its transition wants to be
-    // acknowledged where its notification class says so. False without the object.
+    // The object goes to that event state (0 normal, 1 fault, others offnormal), its transition wants to be
+    // acknowledged where its notification class says so, and the event logs record it. False without the object.
     bool RaiseEvent(BACSTAC_OBJECT_ID id, std::uint32_t state);
     bool AcknowledgeEvent(BACSTAC_OBJECT_ID id, Transition transition);
 

@@ -4,6 +4,7 @@
 #include "simulator/model/Configuration.h"
 #include "simulator/model/Device.h"
 #include "simulator/model/FileObject.h"
+#include "simulator/model/Notification.h"
 #include "simulator/model/StandardObjects.h"
 
 #include <algorithm>
@@ -68,9 +69,25 @@ bool Device::RaiseEvent(BACSTAC_OBJECT_ID id, std::uint32_t state) {
     if (object == nullptr)
         return false;
     AddEventProperties(*object);
-    const NotificationClass notifications = ClassOf(StatusOf(*object)->NotificationClass, nullptr, 0);
-    const auto bit = 1U << static_cast<unsigned>(TransitionTo(state));
-    EnterState(*object, state, (notifications.AckRequired & bit) != 0, Now());
+    const EventStatus before = *StatusOf(*object);
+    const NotificationClass notifications = ClassOf(before.NotificationClass, nullptr, 0);
+    const auto transition = static_cast<unsigned>(TransitionTo(state));
+    Notification event;
+    event.Device = Id();
+    event.Object = object->Id();
+    event.Time = Now();
+    event.Class = before.NotificationClass;
+    event.Priority = notifications.Priorities[transition];
+    event.Type = before.Type;
+    event.NotifyType = before.NotifyType;
+    event.AckRequired = (notifications.AckRequired >> transition & 1U) != 0;
+    event.From = before.State;
+    event.To = state;
+    EnterState(*object, state, event.AckRequired, event.Time);
+    const LogRecord record = ToRecord(event);
+    for (const Entry& entry : m_objects)
+        if (LogObject* log = entry.Content->AsLog(); log != nullptr && log->Id().Type == OBJ_EVENT_LOG)
+            log->Append(record);
     return true;
 }
 

@@ -81,6 +81,21 @@ void EncodeMultipleData(const LogRecord& record, bacnet::Writer& to) {
     }
 }
 
+// log-status, notification or time-change; a notification is kept as it goes on the wire.
+void EncodeEventDatum(const LogRecord& record, bacnet::Writer& to) {
+    constexpr int STATUS = 0;
+    constexpr unsigned NOTIFICATION = 1;
+    constexpr int TIME_CHANGE = 2;
+    const LogDatum datum = record.Data.empty() ? LogDatum::Status(false, false, false) : record.Data.front();
+    if (datum.Kind == BACSTAC_LOG_TIME_CHANGE)
+        return to.Real(datum.Value.TimeChange, TIME_CHANGE);
+    if (datum.Kind != BACSTAC_LOG_ANY)
+        return to.BitString(datum.Value.LogStatus, STATUS);
+    to.Opening(NOTIFICATION);
+    to.Octets({reinterpret_cast<const std::uint8_t*>(datum.Any.data()), datum.Any.size()});
+    to.Closing(NOTIFICATION);
+}
+
 } // namespace
 
 LogObject::LogObject(BACSTAC_OBJECT_ID id, LogBuffer buffer, bool enabled, bool stopWhenFull)
@@ -121,19 +136,21 @@ void LogObject::Purge(LocalTime now) {
     AppendStatus(true, now);
 }
 
-void LogObject::Encode(const LogRecord& record, bool multiple, bacnet::Writer& to) {
+void LogObject::Encode(const LogRecord& record, BACSTAC_OBJECT_TYPE log, bacnet::Writer& to) {
     const BACSTAC_DATE_TIME stamp = ToDateTime(record.Time);
     to.Opening(0);
     to.Date(stamp.Date);
     to.Time(stamp.Time);
     to.Closing(0);
     to.Opening(1);
-    if (multiple)
+    if (log == OBJ_TREND_LOG_MULTIPLE)
         EncodeMultipleData(record, to);
+    else if (log == OBJ_EVENT_LOG)
+        EncodeEventDatum(record, to);
     else
         EncodeTrendDatum(record, to);
     to.Closing(1);
-    if (!multiple && record.StatusFlags) {
+    if (log == OBJ_TREND_LOG && record.StatusFlags) {
         BACSTAC_BIT_STRING flags{};
         flags.BitCount = 4;
         flags.Bits[0] = *record.StatusFlags;

@@ -1,5 +1,5 @@
-// A trend log or trend-log-multiple object (clauses 12.25 and 12.30): properties over a log buffer. Not thread-safe:
-// the device that owns the object locks.
+// A trend log, trend-log-multiple or event log object (clauses 12.25, 12.30 and 12.27): properties over a log buffer.
+// Not thread-safe: the device that owns the object locks.
 #pragma once
 
 #include "simulator/model/LogBuffer.h"
@@ -12,7 +12,7 @@ public:
     LogObject(BACSTAC_OBJECT_ID id, LogBuffer buffer, bool enabled, bool stopWhenFull);
 
     const LogBuffer& Buffer() const { return m_buffer; }
-    bool IsMultiple() const { return Id().Type == OBJ_TREND_LOG_MULTIPLE; }
+
     bool IsEnabled() const { return m_enabled; }
 
     // The device's own doing: log records by hand (Append) or by its clock (Generate). False, and nothing is logged,
@@ -25,9 +25,10 @@ public:
     // As a client does that writes 0 to Record_Count: a log-status record "buffer purged" stays.
     void Purge(LocalTime now);
 
-    // One record with the tags of BACnetLogRecord or BACnetLogMultipleRecord (clause 21). The two productions are
-    // spelled out here and not taken from the stack's tables, so that the stack is tested against another hand.
-    static void Encode(const LogRecord& record, bool multiple, bacnet::Writer& to);
+    // One record with the tags of BACnetLogRecord, BACnetLogMultipleRecord or BACnetEventLogRecord (clause 21), by the
+    // type of the log. The productions are spelled out here and not taken from the stack's tables, so that the stack is
+    // tested against another hand.
+    static void Encode(const LogRecord& record, BACSTAC_OBJECT_TYPE log, bacnet::Writer& to);
 
     LogObject* AsLog() override { return this; }
 

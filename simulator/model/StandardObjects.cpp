@@ -1,10 +1,14 @@
 #include "simulator/model/StandardObjects.h"
 
+#include "platform/stack/schema/ObjectTypes.h"
+#include "simulator/model/DefaultValue.h"
 #include "simulator/model/FileObject.h"
 #include "simulator/model/LogObject.h"
+#include "simulator/model/Notification.h"
 #include "simulator/model/ServicesSupported.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace sim {
 
@@ -13,27 +17,8 @@ namespace {
 constexpr std::uint32_t UNITS_DEGREES_CELSIUS = 62;
 constexpr std::uint32_t UNITS_PERCENT = 98;
 constexpr std::uint32_t LOGGING_POLLED = 0;
-constexpr unsigned OBJECT_TYPES = 55;
-
-struct TypeName {
-    BACSTAC_OBJECT_TYPE Type;
-    const char* Name;
-};
-
-constexpr TypeName TYPE_NAMES[] = {
-    {OBJ_ANALOG_INPUT, "Analog Input"},
-    {OBJ_ANALOG_OUTPUT, "Analog Output"},
-    {OBJ_ANALOG_VALUE, "Analog Value"},
-    {OBJ_BINARY_INPUT, "Binary Input"},
-    {OBJ_BINARY_OUTPUT, "Binary Output"},
-    {OBJ_BINARY_VALUE, "Binary Value"},
-    {OBJ_FILE, "File"},
-    {OBJ_MULTI_STATE_INPUT, "Multi-state Input"},
-    {OBJ_MULTI_STATE_OUTPUT, "Multi-state Output"},
-    {OBJ_MULTI_STATE_VALUE, "Multi-state Value"},
-    {OBJ_TREND_LOG, "Trend Log"},
-    {OBJ_TREND_LOG_MULTIPLE, "Trend Log Multiple"},
-};
+constexpr unsigned OBJECT_TYPES = 55;     // bits of Protocol_Object_Types_Supported as of revision 14
+constexpr unsigned OLD_OBJECT_TYPES = 38; // and of older ones
 
 bool IsAnalog(BACSTAC_OBJECT_TYPE type) {
     return type <= OBJ_ANALOG_VALUE;
@@ -138,12 +123,41 @@ void AddMultiState(Object& object) {
     object.Set(PROP_STATE_TEXT, Value::Array(texts));
 }
 
+// An event log has events of one object in turn, to and from high limit.
+void GenerateEvents(const LogConfig& log, LogBuffer& buffer) {
+    constexpr std::uint32_t OUT_OF_RANGE = 5;
+    constexpr std::uint32_t HIGH_LIMIT = 3;
+    const std::uint64_t kept = std::min<std::uint64_t>(log.Generated, log.Capacity);
+    for (std::uint64_t i = log.Generated - kept; i < log.Generated; ++i) {
+        const bool raised = i % 2 == 0;
+        Notification event;
+        event.Device = {OBJ_DEVICE, BACSTAC_MAX_INSTANCE};
+        event.Object = {OBJ_ANALOG_INPUT, 1};
+        event.Time = log.Generator->Base + static_cast<LocalTime>(i) * log.Generator->Interval;
+        event.Class = 1;
+        event.Priority = 100;
+        event.Type = OUT_OF_RANGE;
+        event.Text = raised ? "too high" : "good again";
+        event.AckRequired = raised;
+        event.From = raised ? EVENT_NORMAL : HIGH_LIMIT;
+        event.To = raised ? HIGH_LIMIT : EVENT_NORMAL;
+        buffer.Append(ToRecord(event));
+    }
+}
+
+void GenerateRecords(const ObjectConfig& config, LogBuffer& buffer) {
+    const LogConfig& log = *config.Log;
+    if (config.Id.Type == OBJ_EVENT_LOG)
+        return GenerateEvents(log, buffer);
+    buffer.SetGenerator(RecordGenerator(*log.Generator));
+    buffer.Generate(log.Generated);
+}
+
 std::unique_ptr<Object> MakeLog(const ObjectConfig& config) {
     const LogConfig log = config.Log.value_or(LogConfig{});
     LogBuffer buffer(log.Capacity, log.InitialTotal);
     if (log.Generator)
-        buffer.SetGenerator(RecordGenerator(*log.Generator));
-    buffer.Generate(log.Generated);
+        GenerateRecords(config, buffer);
     for (const LogRecord& record : log.Records)
         buffer.Append(record);
     return std::make_unique<LogObject>(config.Id, std::move(buffer), log.Enabled, log.StopWhenFull);
@@ -158,9 +172,11 @@ void AddLogProperties(const LogConfig& log, Object& object) {
         object.Set(PROP_LOG_DEVICE_OBJECT_PROPERTY, Value::Array(references));
     else if (!references.empty())
         object.Set(PROP_LOG_DEVICE_OBJECT_PROPERTY, references.front());
-    const LocalTime interval = log.Generator ? log.Generator->Interval : 6000;
-    object.Set(PROP_LOG_INTERVAL, Value::Unsigned(static_cast<std::uint32_t>(std::max<LocalTime>(interval, 1))));
-    object.Set(PROP_LOGGING_TYPE, Value::Enumerated(LOGGING_POLLED));
+    if (object.Id().Type != OBJ_EVENT_LOG) {
+        const LocalTime interval = log.Generator ? log.Generator->Interval : 6000;
+        object.Set(PROP_LOG_INTERVAL, Value::Unsigned(static_cast<std::uint32_t>(std::max<LocalTime>(interval, 1))));
+        object.Set(PROP_LOGGING_TYPE, Value::Enumerated(LOGGING_POLLED));
+    }
     object.Set(PROP_EVENT_STATE, Value::Enumerated(0));
     object.Set(PROP_STATUS_FLAGS, NoFlags());
 }
@@ -168,15 +184,37 @@ void AddLogProperties(const LogConfig& log, Object& object) {
 } // namespace
 
 std::string DefaultName(BACSTAC_OBJECT_ID id) {
-    for (const TypeName& known : TYPE_NAMES)
-        if (known.Type == id.Type)
-            return std::string(known.Name) + " " + std::to_string(id.Instance);
-    return "Object " + std::to_string(id.Type) + " " + std::to_string(id.Instance);
+    const bacnet::ObjectTypeInfo* type = bacnet::FindObjectType(id.Type);
+    if (type == nullptr)
+        return "Object " + std::to_string(id.Type) + " " + std::to_string(id.Instance);
+    // "analog-input" as "Analog Input"; a small word behind "multi" stays small.
+    std::string name = type->Name;
+    bool starts = true;
+    for (char& c : name) {
+        if (c == '-')
+            c = ' ';
+        else if (starts)
+            c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        starts = c == ' ';
+    }
+    if (name.starts_with("Multi State"))
+        name.replace(0, 11, "Multi-state");
+    return name + " " + std::to_string(id.Instance);
+}
+
+void AddDefaults(Object& object, bool all) {
+    for (const bacnet::PropertyInfo& property : bacnet::ObjectProperties(object.Id().Type)) {
+        // A file has a number of records only if it has records: then it computes it.
+        const bool countsRecords = object.AsFile() != nullptr && property.Property == PROP_RECORD_COUNT;
+        const bool wanted = (all || property.Required) && !countsRecords;
+        if (wanted && property.Property != PROP_PROPERTY_LIST && !object.Has(property.Property))
+            object.Set(property.Property, DefaultValue(object.Id(), property, all));
+    }
 }
 
 std::unique_ptr<Object> MakeObject(const ObjectConfig& config) {
     const BACSTAC_OBJECT_TYPE type = config.Id.Type;
-    const bool isLog = type == OBJ_TREND_LOG || type == OBJ_TREND_LOG_MULTIPLE;
+    const bool isLog = type == OBJ_TREND_LOG || type == OBJ_TREND_LOG_MULTIPLE || type == OBJ_EVENT_LOG;
     const FileConfig file = config.File.value_or(FileConfig{});
     std::unique_ptr<Object> object;
     if (isLog)
@@ -202,12 +240,30 @@ std::unique_ptr<Object> MakeObject(const ObjectConfig& config) {
         AddLogProperties(config.Log.value_or(LogConfig{}), *object);
     } else if (type == OBJ_FILE) {
         object->Set(PROP_FILE_TYPE, Value::String(file.Type));
+    } else {
+        AddDefaults(*object, false);
     }
+    if (config.AllProperties)
+        AddDefaults(*object, true);
     if (IsOutput(type) || (config.Commandable && IsValue(type)))
         AddPriorities(*object);
     AddGiven(config, *object);
     return object;
 }
+
+namespace {
+
+// Those that the device has or creates, as far as its revision knows them: types of later revisions are left out.
+Value TypesSupported(const DeviceConfig& config) {
+    BACSTAC_BIT_STRING bits{};
+    bits.BitCount = config.ProtocolRevision >= REVISION_PROPERTY_LIST ? OBJECT_TYPES : OLD_OBJECT_TYPES;
+    for (const bacnet::ObjectTypeInfo& known : bacnet::AllObjectTypes())
+        if (known.Type < bits.BitCount)
+            bits.Bits[known.Type / 8] = static_cast<std::uint8_t>(bits.Bits[known.Type / 8] | 1U << known.Type % 8);
+    return Value::BitString(bits);
+}
+
+} // namespace
 
 void AddDeviceProperties(const DeviceConfig& config, Object& device) {
     device.Set(PROP_OBJECT_IDENTIFIER, Value::ObjectId(device.Id()));
@@ -224,11 +280,7 @@ void AddDeviceProperties(const DeviceConfig& config, Object& device) {
     device.Set(PROP_PROTOCOL_VERSION, Value::Unsigned(1));
     device.Set(PROP_PROTOCOL_REVISION, Value::Unsigned(config.ProtocolRevision));
     device.Set(PROP_PROTOCOL_SERVICES_SUPPORTED, ServicesSupported(config));
-    device.Set(PROP_PROTOCOL_OBJECT_TYPES_SUPPORTED,
-               Value::BitString(OBJECT_TYPES, {OBJ_ANALOG_INPUT, OBJ_ANALOG_OUTPUT, OBJ_ANALOG_VALUE, OBJ_BINARY_INPUT,
-                                               OBJ_BINARY_OUTPUT, OBJ_BINARY_VALUE, OBJ_DEVICE, OBJ_MULTI_STATE_INPUT,
-                                               OBJ_MULTI_STATE_OUTPUT, OBJ_MULTI_STATE_VALUE, OBJ_TREND_LOG,
-                                               OBJ_TREND_LOG_MULTIPLE}));
+    device.Set(PROP_PROTOCOL_OBJECT_TYPES_SUPPORTED, TypesSupported(config));
     device.Set(PROP_MAX_APDU_LENGTH_ACCEPTED, Value::Unsigned(config.MaxApdu));
     device.Set(PROP_SEGMENTATION_SUPPORTED, Value::Enumerated(static_cast<std::uint32_t>(config.Segmentation)));
     device.Set(PROP_APDU_TIMEOUT, Value::Unsigned(3000));

@@ -8,8 +8,12 @@
 
 namespace sim {
 
-// Any object type; one that the simulator knows nothing of gets name, identifier and type. Log types get their buffer.
+// Any object type; one of the standard has at least what the standard requires, one of a vendor has name, identifier
+// and type. Logs get their buffer, files their contents.
 std::unique_ptr<Object> MakeObject(const ObjectConfig& config);
+
+// Adds the properties that the standard gives the type, those it requires or all, where the object has none yet.
+void AddDefaults(Object& object, bool all);
 
 // The stored properties of the device object; the others are computed by it.
 void AddDeviceProperties(const DeviceConfig& config, Object& device);

@@ -27,7 +27,7 @@ public:
     LogItems(const LogObject& log, LogRecord& record) : m_log(log), m_record(record) {}
     LogRange All() const override { return {m_log.Buffer().Begin(), m_log.Buffer().End(), false}; }
     void Encode(std::uint64_t index, bacnet::Writer& to) const override {
-        LogObject::Encode(m_log.Buffer().At(index, m_record), m_log.IsMultiple(), to);
+        LogObject::Encode(m_log.Buffer().At(index, m_record), m_log.Id().Type, to);
     }
 
 private:

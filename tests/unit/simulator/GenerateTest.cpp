@@ -133,6 +133,18 @@ TEST(Generate, ManyRecordsNeedNoMemory) {
     EXPECT_EQ(device.TotalRecordCount({OBJ_TREND_LOG, 20}), 50'000'000U);
 }
 
+TEST(Generate, MuseumsFollowTheOthers) {
+    Counts counts;
+    counts.Devices = 2;
+    counts.Museums = 1;
+    const SimulatorConfig config = GenerateConfig(counts);
+    ASSERT_EQ(config.Devices.size(), 3U);
+    EXPECT_EQ(config.Devices[2].Instance, 1002U);
+    EXPECT_EQ(config.Devices[2].Ip, 0x7F010003U);
+    const Device museum(config.Devices[2], Noon);
+    EXPECT_GT(museum.ObjectList().size(), 62U);
+}
+
 TEST(Generate, OnlyRealMeansAnalogInputs) {
     for (std::uint32_t i = 0; i < 10; ++i) {
         EXPECT_EQ(PointId(i, true), (BACSTAC_OBJECT_ID{OBJ_ANALOG_INPUT, i + 1}));
