@@ -3,6 +3,7 @@
 #include "api/bacnet/BacGeneral.h"
 #include "base/NumberText.h"
 #include "host/BacnetNames.h"
+#include "host/NetworkJson.h"
 #include "host/Runtime.h"
 #include "host/TimeText.h"
 #include "host/Version.h"
@@ -10,6 +11,7 @@
 #include "module/console/Globals.h"
 #include "platform/historian/SqliteHistoryStore.h"
 #include "platform/kernel/Kernel.h"
+#include "platform/stack/client/BacnetClient.h"
 
 #include <nlohmann/json.hpp>
 
@@ -285,6 +287,7 @@ ControlReply GetStatus(CRuntime& runtime, const CArguments&, IControlClient&) {
     json["console"] = BDCManager.IsRunning();
     json["tags"] = tags;
     json["devices"] = devices.size();
+    json["networks"] = PortsJson(runtime.Client().Networks().Ports());
     json["history"] = HistoryJson(runtime.Monitor().Latest());
     return Done(json);
 }

@@ -162,6 +162,26 @@ std::string TransferResult(const Json& result) {
     return fmt::format("ended {}, {} errors", Member(result, "lastTransferTime"), Member(result, "errors"));
 }
 
+std::size_t Count(const Json& json, const char* list) {
+    const auto found = json.find(list);
+    return found == json.end() ? 0 : found->size();
+}
+
+std::string NetworkLine(const Json& port) {
+    std::string line = fmt::format("network {:<10}{}", Member(port, "number"), Member(port, "address"));
+    if (Member(port, "enabled") == "false")
+        line += ", switched off";
+    if (port.contains("toldNumber") && port["toldNumber"] != port["number"])
+        line += ", number " + Member(port, "toldNumber") + " by what others say";
+    if (port.contains("foreign"))
+        line +=
+            ", foreign device of " + Member(port["foreign"], "bbmd") + ": " + Member(port["foreign"], "registration");
+    if (port.contains("bbmd"))
+        line += fmt::format(", BBMD of {} with {} foreign devices", Count(port["bbmd"], "table"),
+                            Count(port["bbmd"], "foreignDevices"));
+    return line + "\n";
+}
+
 std::string StatusText(const Json& status) {
     const Json history = status.contains("history") ? status["history"] : Json::object();
     const std::string time = Member(history, "lastTransferTime");
@@ -169,6 +189,9 @@ std::string StatusText(const Json& status) {
     std::string text = fmt::format("bdc {}, process {}, {} s on {}\n", Member(status, "version"),
                                    Member(status, "process"), Member(status, "seconds"), Member(status, "folder"));
     text += fmt::format("{} tags, {} devices known\n", Member(status, "tags"), Member(status, "devices"));
+    if (status.contains("networks"))
+        for (const Json& port : status["networks"])
+            text += port.is_object() ? NetworkLine(port) : std::string();
     text += fmt::format("history transfer  {}\n", isRunning ? "running: " + ProgressLine(history) : "not running");
     text += fmt::format("last transfer     {}\n", time.empty() || time == "-" ? "never" : time);
     text += "errors            " + Member(history, "errors");

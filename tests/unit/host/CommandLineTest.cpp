@@ -256,6 +256,9 @@ TEST_F(RunningBdc, TellsItsStatus) {
     EXPECT_EQ(status["process"], m_driver->Id());
     EXPECT_EQ(status["tags"], 3);
     EXPECT_EQ(status["console"], true);
+    ASSERT_EQ(status["networks"].size(), 1U);
+    EXPECT_EQ(status["networks"][0]["number"], 0);
+    EXPECT_EQ(status["networks"][0]["enabled"], true);
     EXPECT_EQ(status["history"]["running"], false);
     EXPECT_EQ(status["history"]["lastTransferTime"], "");
     EXPECT_THAT(Ask({"status"}).output, HasSubstr("last transfer     never\n"));

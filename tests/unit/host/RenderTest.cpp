@@ -78,6 +78,26 @@ TEST_F(Render, TextOfAStatus) {
                          "last transfer     never\nerrors            1, the last one: VFI\n");
 }
 
+TEST_F(Render, StatusHasALineForEachNetwork) {
+    MakeTextRenderer("status")->End(
+        {EXIT_DONE,
+         {},
+         R"({"version":"1","process":7,"folder":"/x","seconds":3,"tags":2,"devices":1,"networks":[)"
+         R"({"number":0,"address":"10.0.0.1:47808","enabled":false},)"
+         R"({"number":5,"address":"10.0.0.2:47808","toldNumber":6,"enabled":true,)"
+         R"("foreign":{"bbmd":"10.1.1.1:47808","registration":"refused"}},)"
+         R"({"number":7,"address":"10.0.0.3:47808","toldNumber":7,"enabled":true,)"
+         R"("bbmd":{"table":[{},{}],"foreignDevices":[{}]}},3,{"bbmd":4,"foreign":[]}],)"
+         R"("history":{"running":false,"lastTransferTime":"","errors":0,"lastError":""}})"});
+    EXPECT_EQ(Printed(), "bdc 1, process 7, 3 s on /x\n2 tags, 1 devices known\n"
+                         "network 0         10.0.0.1:47808, switched off\n"
+                         "network 5         10.0.0.2:47808, number 6 by what others say, foreign device of "
+                         "10.1.1.1:47808: refused\n"
+                         "network 7         10.0.0.3:47808, BBMD of 2 with 1 foreign devices\n"
+                         "network -         -, foreign device of -: -, BBMD of 0 with 0 foreign devices\n"
+                         "history transfer  not running\nlast transfer     never\nerrors            0\n");
+}
+
 TEST_F(Render, TextOfAFailureGoesToStandardError) {
     MakeTextRenderer("tag get")->End({EXIT_FAILED, "no such tag: A\x1B[2J", {}});
     EXPECT_EQ(Printed(), "|bdc: no such tag: A\\x1B[2J\n");
