@@ -36,6 +36,7 @@ const std::vector<Figure>& Figures() {
         AddDirectoryFigures(all);
         AddHistoryFigures(all);
         AddTriggerFigures(all);
+        AddPeerFigures(all);
         return all;
     }();
     return figures;

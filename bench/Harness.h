@@ -49,5 +49,6 @@ void AddCodecFigures(std::vector<Figure>& figures);
 void AddDirectoryFigures(std::vector<Figure>& figures);
 void AddHistoryFigures(std::vector<Figure>& figures);
 void AddTriggerFigures(std::vector<Figure>& figures);
+void AddPeerFigures(std::vector<Figure>& figures);
 
 } // namespace bench
