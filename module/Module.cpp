@@ -2,6 +2,7 @@
 #include "module/console/ConsoleState.h"
 #include "module/console/ConsoleThread.h"
 #include "module/console/GuiOperator.h"
+#include "module/console/LogFileDialog.h"
 #include "module/console/SystemTray.h"
 #include "module/history/ConsoleHistory.h"
 
@@ -14,6 +15,9 @@ namespace {
         return std::make_shared<CBDCThread>(driver);
     };
     consoleWiring.newHistoryStarter = NewHistoryStarter;
+    consoleWiring.newPage[PAGE_LOG_FILE] = [](QWidget* place, CDriver&) -> CConsolePage* {
+        return new CLogFileDialog(place);
+    };
     consoleWiring.newTray = []() -> std::unique_ptr<ITray> { return std::make_unique<CSystemTray>(); };
     consoleWiring.getOperator = CGuiOperator::Get;
     return true;

@@ -129,7 +129,11 @@ TEST(Module, RunsTheConsole) {
     BDCManager.PostMessageW(WM_CONSOLE_SHOW, 0, 0);
     BDCManager.InitiateShutdownW();
     EXPECT_TRUE(BDCManager.WaitEnd(30000));
-    EXPECT_EQ(site.events.Take(), CEventList::Lines{"I: OnObjectChanged(1, (8, 2))"});
+    const auto events = site.events.Take();
+    ASSERT_EQ(events.size(), 8U);
+    EXPECT_EQ(events.front(), "I: OnObjectChanged(1, (8, 2))");
+    EXPECT_EQ(events[1], "EnableLog(true)"); // the log file page saves at its end
+    EXPECT_EQ(events.back(), "SetFilter(4095)");
 }
 
 // The state file of the transfer lies in the current directory.

@@ -19,9 +19,7 @@ void AddLine(const char* kind, const char* format, std::va_list arguments) {
     std::string line(static_cast<std::size_t>(length) + 1, '\0');
     std::vsnprintf(line.data(), line.size(), format, arguments);
     line.pop_back();
-    const std::lock_guard lock(g_mutex);
-    if (g_events)
-        g_events->Add(kind + line);
+    CFakeLog::Add(kind + line);
 }
 
 } // namespace
@@ -34,6 +32,12 @@ CFakeLog::CFakeLog(CEventList& events) {
 CFakeLog::~CFakeLog() {
     const std::lock_guard lock(g_mutex);
     g_events = nullptr;
+}
+
+void CFakeLog::Add(const std::string& event) {
+    const std::lock_guard lock(g_mutex);
+    if (g_events)
+        g_events->Add(event);
 }
 
 void LogInf(const char* format, ...) {

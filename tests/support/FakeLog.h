@@ -10,4 +10,7 @@ public:
     ~CFakeLog();
     CFakeLog(const CFakeLog&) = delete;
     CFakeLog& operator=(const CFakeLog&) = delete;
+
+    // For what takes the place of other parts of the log.
+    static void Add(const std::string& event);
 };

@@ -1,0 +1,148 @@
+// The log file page, driven by its labels.
+#include "module/console/LogFileDialog.h"
+#include "module/console/ConsoleState.h"
+#include "module/console/PageTabs.h"
+#include "module/widgets/SpinEdit.h"
+#include "tests/gui/ConsoleFixture.h"
+
+#include <QAbstractButton>
+#include <QGroupBox>
+#include <QLabel>
+#include <QTest>
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class LogFilePage : public ConsoleFixture {
+protected:
+    LogFilePage() {
+        consoleWiring.newPage[PAGE_LOG_FILE] = [](QWidget* place, CDriver&) -> CConsolePage* {
+            return new CLogFileDialog(place);
+        };
+    }
+    ~LogFilePage() override {
+        EXPECT_TRUE(!BDCManager.IsRunning() || Stop());
+        consoleWiring.newPage = {};
+    }
+    static CConsolePage& Page() { return *consolePages[PAGE_LOG_FILE]; }
+    static QAbstractButton& Button(const char* label) {
+        for (QAbstractButton* const button : Page().findChildren<QAbstractButton*>())
+            if (button->text() == QString::fromLatin1(label))
+                return *button;
+        throw std::runtime_error(label);
+    }
+    // The number beside a label, within the group whose check box has a label.
+    static CSpinEdit& Limit(const char* check) { return *Button(check).parentWidget()->findChild<CSpinEdit*>(); }
+    static constexpr const char* ONLINE = "Limit online log file size";
+    static constexpr const char* HISTORICAL = "Limit historical log file by size ";
+    static constexpr const char* SESSIONS = "Limit historical log file by sessions";
+};
+
+TEST_F(LogFilePage, ShowsTheSettingsAndCallsNoLoggerUntilItIsSaved) {
+    Start();
+    EXPECT_THAT(Settled(), IsEmpty());
+    OnGui([] {
+        EXPECT_TRUE(Button("Enable online log").isChecked());
+        EXPECT_TRUE(Button("Enable historical log").isChecked());
+        EXPECT_TRUE(Button(ONLINE).isChecked());
+        EXPECT_TRUE(Button(HISTORICAL).isChecked());
+        EXPECT_FALSE(Button(SESSIONS).isChecked());
+        EXPECT_EQ(Limit(ONLINE).GetText(), QStringLiteral("1"));
+        EXPECT_EQ(Limit(HISTORICAL).GetText(), QStringLiteral("10"));
+        EXPECT_EQ(Limit(SESSIONS).GetText(), QStringLiteral("100"));
+        EXPECT_TRUE(Button("&Info").isChecked());
+        EXPECT_FALSE(Limit(SESSIONS).isEnabled());
+    });
+    EXPECT_EQ(allPropPages.log.filter, 0x80000FFFU);
+    OnGui([] { Page().Save(); });
+    EXPECT_THAT(Settled(), ElementsAre("EnableLog(true)", "SetLogSizeLimit(true, 1)", "EnableHisLog(true)",
+                                       "SetHisLogSizeLimit(true, 10)", "SetHisLogSessionLimit(false, 100)",
+                                       "SetLevel(2)", "SetFilter(4095)"));
+}
+
+TEST_F(LogFilePage, TypedTextsAreTakenAsTheyAre) {
+    Start();
+    OnGui([] {
+        Button(SESSIONS).click();
+        for (const char* const limit : {ONLINE, HISTORICAL, SESSIONS})
+            Limit(limit).selectAll();
+        QTest::keyClicks(&Limit(ONLINE), QStringLiteral("5000"));
+        QTest::keyClicks(&Limit(HISTORICAL), QStringLiteral("abc"));
+        Button("&Low info").click();
+        Page().Save();
+    });
+    EXPECT_EQ(allPropPages.log.onlineSizeLimit, 5000);
+    EXPECT_EQ(allPropPages.log.historicalSizeLimit, 0);
+    EXPECT_EQ(allPropPages.log.level, 3U);
+    EXPECT_NE(allPropPages.log.flags & LOG_HISTORICAL_LIMIT_SESSIONS, 0U);
+}
+
+TEST_F(LogFilePage, TheArrowsStayInTheirRange) {
+    Start();
+    OnGui([] {
+        const auto step = [](CSpinEdit& edit, const char* text, int steps) {
+            edit.SetText(QString::fromLatin1(text));
+            edit.stepBy(steps);
+            return edit.GetText().toStdString();
+        };
+        EXPECT_EQ(step(Limit(ONLINE), "10", 1), "10");
+        EXPECT_EQ(step(Limit(ONLINE), "1", -1), "1");
+        EXPECT_EQ(step(Limit(ONLINE), "5000", -1), "10");
+        EXPECT_EQ(step(Limit(ONLINE), "abc", 1), "1");
+        EXPECT_EQ(step(Limit(HISTORICAL), "99", 5), "100");
+        EXPECT_EQ(step(Limit(SESSIONS), "999", 5), "1000");
+        EXPECT_EQ(step(Limit(SESSIONS), "", -1), "1");
+    });
+}
+
+TEST_F(LogFilePage, ChecksEnableWhatDependsOnThem) {
+    allPropPages.log.flags = 0;
+    Start();
+    const auto enabled = [] {
+        return std::vector<bool>{Button(ONLINE).isEnabled(),     Limit(ONLINE).isEnabled(),
+                                 Button(HISTORICAL).isEnabled(), Limit(HISTORICAL).isEnabled(),
+                                 Button(SESSIONS).isEnabled(),   Limit(SESSIONS).isEnabled()};
+    };
+    OnGui([&] {
+        EXPECT_THAT(enabled(), ElementsAre(false, false, false, false, false, false));
+        Button("Enable online log").click();
+        EXPECT_THAT(enabled(), ElementsAre(true, false, false, false, false, false));
+        Button(ONLINE).click();
+        EXPECT_THAT(enabled(), ElementsAre(true, true, false, false, false, false));
+        Button("Enable historical log").click();
+        Button(SESSIONS).click();
+        EXPECT_THAT(enabled(), ElementsAre(true, true, true, false, true, true));
+        Button("Enable online log").click();
+        EXPECT_TRUE(Button(ONLINE).isChecked()) << "the check stays";
+        EXPECT_THAT(enabled(), ElementsAre(false, false, true, false, true, true));
+    });
+}
+
+TEST_F(LogFilePage, ALevelWithoutAChoiceChecksNoneAndStays) {
+    allPropPages.log.level = 9;
+    Start();
+    OnGui([] {
+        for (const char* const level : {"&Trace", "&Normal", "&Info", "&Low info"})
+            EXPECT_FALSE(Button(level).isChecked()) << level;
+        Page().Save();
+    });
+    EXPECT_EQ(allPropPages.log.level, 9U);
+}
+
+TEST_F(LogFilePage, WhatWasLeftWithCancelIsSavedAtTheEnd) {
+    Start();
+    Post(WM_CONSOLE_SHOW);
+    OnGui([] {
+        Limit(ONLINE).SetText(QStringLiteral("7"));
+        ConsoleWindow()->reject();
+    });
+    EXPECT_THAT(Settled(), IsEmpty());
+    EXPECT_EQ(allPropPages.log.onlineSizeLimit, 1);
+    ASSERT_TRUE(Stop());
+    EXPECT_EQ(allPropPages.log.onlineSizeLimit, 7);
+    EXPECT_THAT(m_events.Take(), testing::Contains("SetLogSizeLimit(true, 7)"));
+}
+
+} // namespace
