@@ -340,7 +340,7 @@ void NetworkLayer::OnReject(std::uint8_t port, const MacAddress& router, std::sp
         m_routes.SetBusy(network, port, router, m_now() + BUSY_TIME);
         return;
     case REJECT_TOO_LONG:
-        if (m_routes.Narrow(network, port, router))
+        if (m_routes.Narrow(network, port, router, m_now()))
             m_narrow.store(true, std::memory_order_relaxed);
         return;
     default:

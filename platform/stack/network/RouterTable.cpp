@@ -45,11 +45,12 @@ bool RouterTable::SetAvailable(std::uint16_t network, std::uint8_t port, const M
     return true;
 }
 
-bool RouterTable::Narrow(std::uint16_t network, std::uint8_t port, const MacAddress& router) {
+bool RouterTable::Narrow(std::uint16_t network, std::uint8_t port, const MacAddress& router, std::int64_t now) {
     RouterEntry* const entry = Of(network, port, router);
     const std::uint8_t code = MaxApduToCode(entry != nullptr && entry->MaxApdu != 0 ? entry->MaxApdu : MAX_APDU_IP);
-    if (entry == nullptr || code == 0)
+    if (entry == nullptr || code == 0 || (entry->MaxApdu != 0 && now - entry->NarrowedAt < NARROW_MS))
         return false;
+    entry->NarrowedAt = now;
     entry->MaxApdu = MaxApduFromCode(static_cast<std::uint8_t>(code - 1));
     return true;
 }

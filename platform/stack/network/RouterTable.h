@@ -15,9 +15,10 @@ struct RouterEntry {
     std::uint16_t Network = 0;
     std::uint8_t Port = 0;
     MacAddress Router;
-    bool Announced = false;     // by itself; otherwise seen to forward
-    std::int64_t BusyUntil = 0; // takes nothing for the network before; 0: not busy
-    std::uint16_t MaxApdu = 0;  // octets that get through, as it has told by refusing more; 0: no limit is known
+    bool Announced = false;      // by itself; otherwise seen to forward
+    std::int64_t BusyUntil = 0;  // takes nothing for the network before; 0: not busy
+    std::uint16_t MaxApdu = 0;   // octets that get through, as it has told by refusing more; 0: no limit is known
+    std::int64_t NarrowedAt = 0; // when MaxApdu was set
 };
 
 class RouterTable {
@@ -28,8 +29,10 @@ public:
     bool Forget(std::uint16_t network, std::uint8_t port, const MacAddress& router);
     bool SetBusy(std::uint16_t network, std::uint8_t port, const MacAddress& router, std::int64_t until);
     bool SetAvailable(std::uint16_t network, std::uint8_t port, const MacAddress& router);
-    // A message was too long: the next smaller size of clause 20.1.2.5 is the limit from now on.
-    bool Narrow(std::uint16_t network, std::uint8_t port, const MacAddress& router);
+    // A message was too long: the next smaller size of clause 20.1.2.5 is the limit from now on. Of many that were
+    // under way at once, as calls to several stations are, the first counts: it takes NARROW_MS to make the next step.
+    static constexpr std::int64_t NARROW_MS = 1000;
+    bool Narrow(std::uint16_t network, std::uint8_t port, const MacAddress& router, std::int64_t now);
 
     const RouterEntry* Find(std::uint16_t network) const;
     std::vector<RouterEntry> List() const;

@@ -346,7 +346,8 @@ TEST_F(Segmenting, ARequestThatARouterCallsTooLongIsNotRepeatedAndGoesInSmallerS
             return;
         if (npdu.Payload.size() > 1024)
             // Reject-Message-To-Network: too long for network 2001.
-            m_link.Deliver(ROUTER, {0x01, 0x80, 0x03, 0x04, 0x07, 0xD1});
+            for (int calls = 0; calls < 10; ++calls) // as it would to as many calls at once
+                m_link.Deliver(ROUTER, {0x01, 0x80, 0x03, 0x04, 0x07, 0xD1});
         else
             serve(sent);
     };
