@@ -207,6 +207,33 @@ TEST_F(LoopbackTest, ReadsALogWhoseAnswerNeedsManySegments) {
     EXPECT_EQ(first, 246U) << "of the oldest record of the answer, not of the reference";
 }
 
+TEST_F(LoopbackTest, WritesAndReadsBackWhatNeedsManySegments) {
+    Start([](sim::SimulatorConfig& config) {
+        for (sim::DeviceConfig* device : {&config.Devices[0], &config.Routers[0].Networks[0].Devices[0]}) {
+            device->MaxApdu = 50;
+            device->Segmentation = bacnet::Segmentation::both;
+            device->MaxSegments = 400;
+        }
+    });
+    std::string text(15000, ' '); // more than 256 segments
+    for (std::size_t i = 0; i < text.size(); ++i)
+        text[i] = static_cast<char>('a' + i % 25);
+    const BACSTAC_PROPERTY_CONTENTS contents{TYPE_STRING, text.data(), static_cast<unsigned>(text.size() + 1), 1};
+    for (const unsigned device : {1000U, 1003U}) { // near, and behind a router
+        SCOPED_TRACE(device);
+        const BACSTAC_OBJECT_ID point = sim::PointId(0, false);
+        ASSERT_EQ(m_client->WriteProperty(device, point, PROP_OBJECT_NAME, -1, -1, contents, nullptr), BACSTAC_OK);
+        std::string read(20000, '\0');
+        ASSERT_EQ(m_client->ReadProperty(device, point, PROP_OBJECT_NAME, -1, read.data(),
+                                         static_cast<unsigned>(read.size()), nullptr),
+                  BACSTAC_OK);
+        EXPECT_EQ(read.c_str(), text);
+    }
+    // The next device takes none.
+    EXPECT_EQ(m_client->WriteProperty(1001, sim::PointId(0, false), PROP_OBJECT_NAME, -1, -1, contents, nullptr),
+              BACSTAC_STATUS_TOO_LONG);
+}
+
 TEST_F(LoopbackTest, ManagesWithDevicesThatCannotDoMuch) {
     Start([](sim::SimulatorConfig& config) {
         config.Devices[0].MaxApdu = 50;
