@@ -13,7 +13,8 @@
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
-#include <cstdlib>
+#include <algorithm>
+#include <vector>
 
 using Json = nlohmann::ordered_json;
 
@@ -93,40 +94,57 @@ bool GoOn(Range& range, std::uint32_t received, std::uint32_t firstSequence) {
     return range.reference != 0;
 }
 
+// The rows of one answer, and whether the device has more.
+bool ReadBlock(CBacnetCall& call, unsigned device, Range& range, CValueBuffer& buffer, std::vector<Json>& rows,
+               bool& isMore) {
+    const BACSTAC_READ_RANGE_SPEC spec = SpecOf(range);
+    BACSTAC_PROPERTY_CONTENTS contents = buffer.Contents();
+    BACSTAC_BIT_STRING flags{};
+    BACSTAC_ERROR error{};
+    unsigned firstSequence = 0;
+    const auto& [property, index] = range.property;
+    const BACSTAC_STATUS status =
+        call.Stack().ReadRange(device, range.object, property, index, &spec, &flags, &contents, &error, &firstSequence);
+    if (!call.Succeeded(status, error, PointName(device, range.object, property, index)))
+        return false;
+    const Json records = LogRecords(contents, range.object.Type, property);
+    const auto count = static_cast<std::uint32_t>(records.size());
+    std::uint32_t number = firstSequence;
+    if (range.kind == BACSTAC_RANGE_BY_POSITION)
+        number = range.count > 0 ? range.reference : range.reference - std::min(range.reference, count) + 1;
+    rows.clear();
+    for (const Json& record : records) {
+        rows.push_back({{"number", number == 0 ? Json(nullptr) : Json(number++)}});
+        rows.back().update(record);
+    }
+    isMore = CBacGeneral::TestBitStringBit(flags, BACSTAC_RANGE_MORE_ITEMS) && GoOn(range, count, firstSequence);
+    return true;
+}
+
+bool Print(CBacnetCall& call, const std::vector<Json>& rows) {
+    return std::all_of(rows.begin(), rows.end(), [&](const Json& row) { return call.Row(row); });
+}
+
 ControlReply ReadRange(CBacnetCall& call) {
     Range range;
     unsigned device = 0;
     if (!TakeRange(call, range) || !call.TakeDevice(device))
         return call.Failure();
+    const bool isForward = range.count > 0;
     CValueBuffer buffer;
     std::size_t total = 0;
-    bool isMore = true;
-    while (isMore) {
-        const BACSTAC_READ_RANGE_SPEC spec = SpecOf(range);
-        BACSTAC_PROPERTY_CONTENTS contents = buffer.Contents();
-        BACSTAC_BIT_STRING flags{};
-        BACSTAC_ERROR error{};
-        unsigned firstSequence = 0;
-        const BACSTAC_STATUS status =
-            call.Stack().ReadRange(device, range.object, range.property.property, range.property.index, &spec, &flags,
-                                   &contents, &error, &firstSequence);
-        if (!call.Succeeded(status, error,
-                            PointName(device, range.object, range.property.property, range.property.index)))
+    std::vector<std::vector<Json>> blocks; // backwards the newest come first, but are printed last
+    for (bool isMore = true; isMore;) {
+        std::vector<Json> rows;
+        if (!ReadBlock(call, device, range, buffer, rows, isMore) || (isForward && !Print(call, rows)))
             return call.Failure();
-        Json records = LogRecords(contents, range.object.Type, range.property.property);
-        const bool isByPosition = range.kind == BACSTAC_RANGE_BY_POSITION;
-        std::uint32_t number = isByPosition ? range.reference : firstSequence;
-        if (isByPosition && range.count < 0)
-            number = range.reference - static_cast<std::uint32_t>(records.size()) + 1;
-        for (Json& record : records) {
-            Json row{{"number", number == 0 ? Json(nullptr) : Json(number++)}};
-            row.update(record);
-            if (!call.Row(row))
-                return call.Failure();
-        }
-        total += records.size();
-        isMore = CBacGeneral::TestBitStringBit(flags, BACSTAC_RANGE_MORE_ITEMS) &&
-                 GoOn(range, static_cast<std::uint32_t>(records.size()), firstSequence);
+        total += rows.size();
+        if (!isForward)
+            blocks.push_back(std::move(rows));
+    }
+    for (; !blocks.empty(); blocks.pop_back()) {
+        if (!Print(call, blocks.back()))
+            return call.Failure();
     }
     return call.Done({{"count", total}});
 }

@@ -27,7 +27,22 @@ const std::vector<Words> COMMANDS{{"run"},
                                   {"history", "transfer"},
                                   {"history", "count"},
                                   {"history", "query"},
-                                  {"status"}};
+                                  {"status"},
+                                  {"discover"},
+                                  {"scan"},
+                                  {"list"},
+                                  {"read"},
+                                  {"write"},
+                                  {"relinquish"},
+                                  {"readrange"},
+                                  {"create"},
+                                  {"delete"},
+                                  {"file", "get"},
+                                  {"file", "put"},
+                                  {"reinitialize"},
+                                  {"communication"},
+                                  {"timesync"},
+                                  {"alarms"}};
 
 Words operator+(Words left, const Words& right) {
     left.insert(left.end(), right.begin(), right.end());
