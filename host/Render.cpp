@@ -109,7 +109,9 @@ public:
         if (m_row == nullptr)
             return;
         const Json row = Parse(json);
-        fmt::print(row.contains("error") ? stderr : m_rows, "{}\n", m_row(row));
+        std::string line = m_row(row);
+        line.erase(line.find_last_not_of(' ') + 1); // of a last column without a value
+        fmt::print(row.contains("error") ? stderr : m_rows, "{}\n", line);
     }
 
     void End(const ControlReply& reply) override {

@@ -64,3 +64,4 @@ std::span<const BacnetCommand> ObjectCommands();
 std::span<const BacnetCommand> FileCommands();
 std::span<const BacnetCommand> DeviceCommands();
 std::span<const BacnetCommand> AlarmCommands();
+std::span<const BacnetCommand> NetworkCommands();

@@ -7,7 +7,7 @@ namespace {
 std::vector<const BacnetCommand*> AllCommands() {
     std::vector<const BacnetCommand*> commands;
     for (const auto family : {DirectoryCommands, ReadCommands, WriteCommands, RangeCommands, ObjectCommands,
-                              FileCommands, DeviceCommands, AlarmCommands}) {
+                              FileCommands, DeviceCommands, AlarmCommands, NetworkCommands}) {
         for (const BacnetCommand& command : family())
             commands.push_back(&command);
     }

@@ -42,7 +42,9 @@ const std::vector<Words> COMMANDS{{"run"},
                                   {"reinitialize"},
                                   {"communication"},
                                   {"timesync"},
-                                  {"alarms"}};
+                                  {"alarms"},
+                                  {"router", "list"},
+                                  {"bbmd", "show"}};
 
 Words operator+(Words left, const Words& right) {
     left.insert(left.end(), right.begin(), right.end());
