@@ -21,11 +21,12 @@ public:
     using object_t = std::vector<member_t>; // in the order in which they were added
 
     value_t() = default; // null
-    explicit value_t(bool value) : m_value(value) {}
-    explicit value_t(std::int64_t value) : m_value(value) {}
-    explicit value_t(double value) : m_value(value) {}
-    explicit value_t(std::string value) : m_value(std::move(value)) {} // UTF-8
-    explicit value_t(array_t value) : m_value(std::move(value)) {}
+    // Not defined here: a member is complete only below.
+    explicit value_t(bool value);
+    explicit value_t(std::int64_t value);
+    explicit value_t(double value);
+    explicit value_t(std::string value); // UTF-8
+    explicit value_t(array_t value);
     explicit value_t(object_t value);
     // A text is no bool, a small number no double: every value says its kind.
     value_t(const char*) = delete;

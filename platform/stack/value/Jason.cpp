@@ -2,6 +2,11 @@
 
 namespace jason {
 
+value_t::value_t(bool value) : m_value(value) {}
+value_t::value_t(std::int64_t value) : m_value(value) {}
+value_t::value_t(double value) : m_value(value) {}
+value_t::value_t(std::string value) : m_value(std::move(value)) {}
+value_t::value_t(array_t value) : m_value(std::move(value)) {}
 value_t::value_t(object_t value) : m_value(std::move(value)) {}
 
 const value_t* value_t::find(std::string_view name) const {
