@@ -63,7 +63,7 @@ const std::vector<FolderRule>& FolderRules() {
         {"bench",
          {"api", "base", "bench", "host", "module", "platform", "simulator", "tests/support",
           "tests/unit/stack/codec"}},
-        {"fuzz", {"api", "base", "fuzz", "host", "module", "platform", "simulator"}},
+        {"fuzz", {"api", "base", "fuzz", "host", "module", "platform", "simulator", "tests/catalogue"}},
         {"tests", {"api", "base", "bench", "host", "module", "platform", "simulator", "tests"}},
     };
     return RULES;
