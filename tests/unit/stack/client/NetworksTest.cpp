@@ -1,4 +1,5 @@
 // Several networks at once over real sockets, networks that are switched off, and how networks stand.
+#include "api/bacnet/Dir.h"
 #include "api/bacnet/Log.h"
 #include "api/bacnet/PropertyValue.h"
 #include "platform/stack/client/BacnetClient.h"
@@ -208,6 +209,57 @@ TEST_F(Networks, WhatIsSwitchedOffIsSentNothing) {
     EXPECT_EQ(Read(1000), BACSTAC_STATUS_DISABLED);
 }
 
+TEST_F(Networks, LookingThingsUpSendsNothing) {
+    const auto site = Site(m_blockA, 1000, {7});
+    const CTempFolder folder;
+    bacnet::ClientConfig config;
+    config.Ports = {Port(m_blockA, 0)};
+    config.CaptureFile = folder.File("traffic.pcap");
+    m_client = Open(config);
+    ASSERT_NE(m_client, nullptr);
+    Discover(BACSTAC_ALL_NETWORKS, 4);
+    CBACnetDir directory;
+    CBACnetDev device;
+    device.SetInst(1000);
+    device.SetName("AHU");
+    device.SetAddr(m_client->GetDevAddr(1000));
+    for (const BACSTAC_OBJECT_ID& id : {BACSTAC_OBJECT_ID{OBJ_ANALOG_INPUT, 1}, BACSTAC_OBJECT_ID{OBJ_ANALOG_INPUT, 2},
+                                        BACSTAC_OBJECT_ID{OBJ_TREND_LOG, 1}}) {
+        CBACnetObj object;
+        object.SetId(id);
+        object.SetName("object");
+        device.AddObj(object);
+    }
+    EXPECT_TRUE(directory.AddDev(device));
+    CBacGeneral::SetDirFileName(folder.File("directory.dat"));
+    EXPECT_TRUE(directory.Save(CBacGeneral::GetDirFileName()));
+
+    const std::size_t before = CountCaptured(config.CaptureFile);
+    EXPECT_GT(before, 0U);
+    EXPECT_TRUE(m_client->LoadDir());
+    std::vector<unsigned> devices;
+    m_client->GetDevLst(devices, BACSTAC_ALL_NETWORKS);
+    EXPECT_EQ(devices, (std::vector<unsigned>{1000, 1001, 1002, 1003}));
+    m_client->GetDevLst(devices, 4711);
+    EXPECT_TRUE(devices.empty());
+    std::vector<BACSTAC_OBJECT_ID> objects;
+    m_client->GetObjLst(1000, objects, BACSTAC_OBJECT_TYPE(-1));
+    EXPECT_EQ(objects.size(), 3U) << "of all types";
+    m_client->GetObjLst(1000, objects, OBJ_TREND_LOG);
+    EXPECT_EQ(objects, (std::vector<BACSTAC_OBJECT_ID>{{OBJ_TREND_LOG, 1}}));
+    std::string name;
+    EXPECT_TRUE(m_client->GetDevName(1000, name));
+    EXPECT_EQ(name, "AHU");
+    EXPECT_TRUE(m_client->GetObjName(1000, {OBJ_ANALOG_INPUT, 2}, name));
+    std::map<unsigned short, bool> networks;
+    m_client->GetNetLst(networks);
+    EXPECT_TRUE(m_client->FindDev(1003));
+    EXPECT_EQ(m_client->GetDevAddr(1002), (BACSTAC_ADDRESS{1, 0, 7, {1}, 1}));
+    EXPECT_NE(m_client->GetDevVendorId(1001), 0U);
+    EXPECT_TRUE(m_client->IsNetworkEnabled(7));
+    EXPECT_EQ(CountCaptured(config.CaptureFile), before);
+}
+
 TEST_F(Networks, ADeviceThatNoDirectoryHasIsReadByItsAddress) {
     const auto site = Site(m_blockA, 1000, {7});
     bacnet::ClientConfig config;
@@ -238,6 +290,8 @@ TEST_F(Networks, ADeviceThatNoDirectoryHasIsReadByItsAddress) {
     std::string text;
     CBACnetDir::AddrToStr(remote, text);
     EXPECT_FALSE(text.empty());
+    char printed[64] = {};
+    EXPECT_GT(CBacGeneral::PrintAddress(printed, sizeof printed, remote), 0);
     EXPECT_FALSE(m_client->FindDev(1002)) << "and nothing was learnt about devices";
 }
 
