@@ -4,6 +4,7 @@
 #include "base/NumberText.h"
 #include "host/BacnetNames.h"
 #include "host/NetworkJson.h"
+#include "host/NumberJson.h"
 #include "host/Runtime.h"
 #include "host/TimeText.h"
 #include "host/Version.h"
@@ -74,15 +75,6 @@ const char* TypeName(std::uint16_t type) {
     default:
         return "unknown";
     }
-}
-
-// JSON has no word for these.
-Json NumberJson(double value) {
-    if (std::isnan(value))
-        return "nan";
-    if (std::isinf(value))
-        return value < 0 ? "-inf" : "inf";
-    return value;
 }
 
 Json ValueJson(const TagValue& value) {

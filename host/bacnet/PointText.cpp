@@ -3,65 +3,30 @@
 #include "api/bacnet/Enums.h"
 #include "base/NumberText.h"
 #include "host/BacnetNames.h"
+#include "host/bacnet/HexText.h"
+#include "host/bacnet/Words.h"
+#include "platform/stack/transport/Bvll.h"
+
+#include <algorithm>
 
 namespace {
 
-constexpr std::uint16_t DEFAULT_UDP_PORT = 47808;
-constexpr std::size_t IP_MAC_LENGTH = 6;
-
-std::string Quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
-
-std::string_view Trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-bool ParseIp(std::string_view text, std::uint8_t* octets) {
-    for (int i = 0; i < 4; ++i) {
-        const std::size_t end = i < 3 ? text.find('.') : text.size();
-        if (end == std::string_view::npos)
-            return false;
-        const auto octet = ParseAs<std::uint8_t>(text.substr(0, end));
-        if (!octet)
-            return false;
-        octets[i] = *octet;
-        text.remove_prefix(i < 3 ? end + 1 : end);
-    }
-    return true;
-}
-
 // "a.b.c.d" with or without ":port".
 bool ParseIpMac(std::string_view text, BACSTAC_ADDRESS& address) {
-    const std::size_t colon = text.find(':');
-    std::uint16_t port = DEFAULT_UDP_PORT;
-    if (colon != std::string_view::npos) {
-        const auto number = ParseAs<std::uint16_t>(text.substr(colon + 1));
-        if (!number || *number == 0)
-            return false;
-        port = *number;
-    }
-    if (!ParseIp(text.substr(0, colon), address.Mac))
+    bacnet::BipAddress station;
+    if (!bacnet::ParseBipAddress(std::string(text), station))
         return false;
-    address.Mac[4] = static_cast<std::uint8_t>(port >> 8);
-    address.Mac[5] = static_cast<std::uint8_t>(port & 0xFF);
-    address.MacLength = IP_MAC_LENGTH;
+    bacnet::WriteBipAddress(address.Mac, station);
+    address.MacLength = bacnet::BIP_ADDRESS_LENGTH;
     return true;
 }
 
 bool ParseHexMac(std::string_view text, BACSTAC_ADDRESS& address) {
-    if (text.empty() || text.size() % 2 != 0 || text.size() / 2 > sizeof address.Mac)
+    std::string octets;
+    if (text.empty() || !ParseHex(text, octets) || octets.size() > sizeof address.Mac)
         return false;
-    for (std::size_t i = 0; i < text.size(); i += 2) {
-        const char* const end = text.data() + i + 2;
-        const auto result = std::from_chars(text.data() + i, end, address.Mac[i / 2], 16);
-        if (result.ec != std::errc() || result.ptr != end)
-            return false;
-    }
-    address.MacLength = static_cast<std::uint8_t>(text.size() / 2);
+    std::copy(octets.begin(), octets.end(), address.Mac);
+    address.MacLength = static_cast<std::uint8_t>(octets.size());
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "api/bacnet/BacGeneral.h"
 #include "api/bacnet/Dir.h"
+#include "host/NumberJson.h"
 #include "host/bacnet/Names.h"
 #include "platform/stack/codec/Elements.h"
 #include "platform/stack/schema/ObjectTypes.h"
@@ -17,15 +18,6 @@ using Json = nlohmann::ordered_json;
 namespace {
 
 constexpr std::size_t TEXT_SIZE = 1 << 20; // an object list of some ten thousand entries
-
-// JSON has no word for these.
-Json NumberJson(double value) {
-    if (std::isnan(value))
-        return "nan";
-    if (std::isinf(value))
-        return value < 0 ? "-inf" : "inf";
-    return value;
-}
 
 std::string Printed(const BACSTAC_PROPERTY_CONTENTS& contents, BACSTAC_OBJECT_TYPE objectType,
                     BACSTAC_PROPERTY_ID property, int index) {

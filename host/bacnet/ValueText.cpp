@@ -3,7 +3,9 @@
 #include "api/bacnet/BacGeneral.h"
 #include "base/NumberText.h"
 #include "host/BacnetNames.h"
+#include "host/bacnet/HexText.h"
 #include "host/bacnet/PointText.h"
+#include "host/bacnet/Words.h"
 #include "platform/stack/schema/Enumerations.h"
 #include "platform/stack/schema/ObjectTypes.h"
 #include "platform/stack/schema/TypeTable.h"
@@ -23,16 +25,6 @@ constexpr std::uint32_t MONTH_EVEN = 14;
 constexpr std::uint32_t DAY_LAST = 32;
 constexpr std::uint32_t DAY_ODD = 33;
 constexpr std::uint32_t DAY_EVEN = 34;
-
-std::string Quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
-
-std::string_view Trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 bool IsBetween(std::string_view text, char first, char last) {
     return text.size() >= 2 && text.front() == first && text.back() == last;
@@ -355,16 +347,8 @@ private:
     }
 
     bool OctetString(std::string_view text) {
-        std::string_view digits = text.starts_with("0x") ? text.substr(2) : text;
-        std::vector<std::uint8_t> octets;
-        bool isGood = digits.size() % 2 == 0;
-        for (; isGood && !digits.empty(); digits.remove_prefix(2)) {
-            std::uint8_t octet = 0;
-            const auto result = std::from_chars(digits.data(), digits.data() + 2, octet, 16);
-            isGood = result.ec == std::errc() && result.ptr == digits.data() + 2;
-            octets.push_back(octet);
-        }
-        if (!isGood)
+        std::string octets;
+        if (!ParseHex(text.starts_with("0x") ? text.substr(2) : text, octets))
             return Expected(text, "octets in hexadecimal pairs, as 0a1b2c");
         Put(static_cast<std::uint32_t>(octets.size()));
         octets.resize((octets.size() + 3) / 4 * 4);

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <pty.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using Json = nlohmann::json;
@@ -108,6 +110,33 @@ TEST_P(DeviceCommands, AlarmsGoesOnBehindAServiceThatIsRefused) {
     EXPECT_EQ(result.code, 3);
     EXPECT_THAT(result.output, HasSubstr("event-information"));
     EXPECT_THAT(result.errors, HasSubstr("enrollment-summary  reject: unrecognized-service"));
+}
+
+TEST_P(DeviceCommands, ThePromptShowsNothingOfWhatIsTyped) {
+    int terminal = -1;
+    const std::string program = BdcPath();
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        execl(program.c_str(), "bdc", "reinitialize", "1000", "warmstart", "--password", "--json", "--data",
+              m_data.Path().c_str(), static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    std::string shown;
+    const auto readOn = [&] {
+        char block[256];
+        const ssize_t count = read(terminal, block, sizeof block);
+        shown.append(block, count > 0 ? static_cast<std::size_t>(count) : 0);
+        return count > 0;
+    };
+    while (shown.find("Password: ") == std::string::npos && readOn()) {}
+    EXPECT_EQ(write(terminal, "secret\n", 7), 7);
+    while (readOn()) {}
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    close(terminal);
+    EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, 0) << shown;
+    EXPECT_EQ(shown, "Password: \r\n{\"device\":1000,\"state\":\"warmstart\"}\r\n");
 }
 
 TEST_F(CommandSite, APromptNeedsATerminal) {
