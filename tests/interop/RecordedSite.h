@@ -32,6 +32,8 @@ protected:
 
     // Adds to the site before it starts: devices in the order of their instances.
     virtual void Describe(sim::SimulatorConfig&) {}
+    // Whether a frame may have an objection: because the decoder is known to be wrong about it.
+    virtual bool IsExempt(const Frame&) const { return false; }
 
     // Ends the client and has the recording decoded: all frames, none of them with an objection.
     const std::vector<Frame>& Frames();
