@@ -6,6 +6,9 @@
 // (something was lost) or behind it (a repetition). After a loss one negative acknowledgement asks for the missing
 // segment; the rest of the window, under way already, is passed over in silence, until a segment comes that shows a new
 // pass.
+//
+// A peer that has got the request twice, or was restarted, may begin again with the first segment and wait for its
+// acknowledgement. Once that is plain, what was put together is dropped and the new beginning taken.
 #pragma once
 
 #include "platform/stack/network/Apdu.h"
@@ -35,16 +38,18 @@ public:
     // ownWindow: segments taken between two acknowledgements, 1..127.
     void Begin(std::uint8_t ownWindow);
     bool Started() const { return m_started; }
-    // segment: a segmented complex ack or confirmed request. In-order octets are appended to answer.
+    // segment: a segmented complex ack or confirmed request. In-order octets are appended to answer, which a new
+    // beginning clears.
     Step OnSegment(const Apdu& segment, AnswerBuffer& answer);
 
 private:
     Step Start(const Apdu& segment, AnswerBuffer& answer);
     Step InOrder(const Apdu& segment, AnswerBuffer& answer);
     Step Ahead(std::uint8_t distance);
-    Step Behind(std::uint8_t sequence);
+    Step Behind(const Apdu& segment, AnswerBuffer& answer);
     Step Acknowledge(Action action);
 
+    std::uint8_t m_ownWindow = 1;
     bool m_started = false;
     bool m_gap = false;          // a loss was reported and not yet filled
     std::uint8_t m_gapReach = 0; // distance of the last segment seen behind the gap
@@ -52,6 +57,8 @@ private:
     std::uint8_t m_last = 0;       // last segment taken
     std::uint8_t m_acked = 0;      // last segment acknowledged
     std::uint8_t m_duplicates = 0; // since the last one in order
+    std::uint8_t m_beginnings = 0; // first segments among them
+    bool m_turned = false;         // so many were taken that a first segment can't be told from a later one
 };
 
 } // namespace bacnet

@@ -21,7 +21,7 @@ namespace bacnet {
 class RequestAssembly {
 public:
     static constexpr std::size_t MAX_REQUESTS = 32; // under way together
-    static constexpr std::size_t MAX_OCTETS = 64 * 1024;
+    static constexpr std::size_t MAX_OCTETS = 128 * 1024;
 
     struct Step {
         Reply Answer;

@@ -177,15 +177,14 @@ bool Transaction::OnSegment(const Apdu& pdu, Millis now, Reply& reply) {
         Abort(Outcome::segments_stopped, ABORT_TSM_TIMEOUT, reply);
         return true;
     }
-    const std::size_t before = m_answer->Size();
     const Reassembly::Step step = m_reassembly.OnSegment(pdu, *m_answer);
-    const std::size_t grown = m_answer->Size() - before;
-    if (Budget != nullptr && grown != 0) {
-        if (!Budget->Take(grown)) {
+    if (Budget != nullptr && m_answer->Size() != m_budgeted) {
+        Budget->Give(m_budgeted);
+        m_budgeted = Budget->Take(m_answer->Size()) ? m_answer->Size() : 0;
+        if (m_budgeted == 0) {
             Abort(Outcome::answer_too_long, ABORT_OUT_OF_RESOURCES, reply);
             return true;
         }
-        m_budgeted += grown;
     }
     switch (step.What) {
     case Reassembly::Action::invalid:

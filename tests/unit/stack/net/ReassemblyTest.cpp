@@ -153,6 +153,27 @@ TEST_F(Reassembling, ADeviceThatStopsShortOfItsWindowIsHelpedOn) {
     ExpectWhole(4);
 }
 
+TEST_F(Reassembling, APeerThatBeginsAgainIsFollowed) {
+    for (unsigned i = 0; i <= 5; ++i)
+        Send(i);
+    EXPECT_EQ(Send(0), "") << "may be a repetition that was late";
+    EXPECT_EQ(Send(0, true, 2), "ack 0/2") << "it waits for an acknowledgement of the first";
+    EXPECT_EQ(Send(1), "");
+    EXPECT_EQ(Send(2, false), "complete 2/2");
+    ExpectWhole(3);
+}
+
+TEST_F(Reassembling, LateRepetitionsOfTheFirstSegmentLoseNothingOfLongAnswers) {
+    for (unsigned i = 0; i < 300; ++i) {
+        Send(i);
+        if (i >= 256) { // whose number is that of the first
+            EXPECT_EQ(Send(0), i == 256 ? "ack 0/4" : "") << i;
+        }
+    }
+    Send(300, false);
+    ExpectWhole(301);
+}
+
 TEST_F(Reassembling, AnAnswerThatDoesNotBeginAtZeroIsRefused) {
     EXPECT_EQ(Send(1), "invalid, abort 2");
     EXPECT_EQ(m_answer.Size(), 0U);
