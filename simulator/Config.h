@@ -77,6 +77,25 @@ struct BackupConfig {
     bool WithoutPreparationTimes = false; // the device does not tell them
 };
 
+// What a device says wrongly; see Profiles.cpp.
+struct Quirks {
+    bool WrongCharacterSet = false;
+    bool WrongTypes = false;
+    bool TruncatedTags = false;
+    bool NestedForever = false;
+    bool LyingCounts = false;
+    bool GrowingObjectList = false;
+    bool EmptyFiles = false;
+    bool SecondClaimant = false;                   // of its instance; from the start of the simulation
+    std::uint32_t ObjectListSize = 0;              // what it claims; 0: what it has
+    std::optional<BACSTAC_PROPERTY_ID> Unreadable; // of all objects
+
+    bool Any() const {
+        return WrongCharacterSet || WrongTypes || TruncatedTags || NestedForever || LyingCounts || GrowingObjectList ||
+               EmptyFiles || ObjectListSize != 0 || Unreadable.has_value();
+    }
+};
+
 // Which forms of ReadRange by time a device understands.
 enum class ByTimeForms : std::uint8_t {
     byRevision, // from protocol revision 4 on the present one, before it that of the 2001 standard
@@ -113,6 +132,7 @@ struct DeviceConfig {
 
     std::vector<ObjectConfig> Objects; // without the device object
     std::vector<Fault> Faults;
+    sim::Quirks Quirks;
 };
 
 struct NetworkConfig {

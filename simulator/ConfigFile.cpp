@@ -3,6 +3,7 @@
 #include "api/bacnet/Enums.h"
 #include "platform/stack/schema/ObjectTypes.h"
 #include "simulator/ConfigNames.h"
+#include "simulator/Profiles.h"
 
 #include <toml++/toml.h>
 
@@ -537,6 +538,17 @@ void ReadFault(Table& table, DeviceConfig& device) {
     device.Faults.push_back(fault);
 }
 
+void ReadProfiles(Table& table, DeviceConfig& device) {
+    std::vector<const Profile*> profiles;
+    const auto named = [](const std::string& name) {
+        const Profile* profile = FindProfile(name);
+        return profile == nullptr ? std::nullopt : std::optional(profile);
+    };
+    table.Words("profiles", "names of profiles", named, profiles);
+    for (const Profile* profile : profiles)
+        profile->Apply(device);
+}
+
 // What devices on the IP network and behind routers have in common.
 void ReadDevice(Table& table, DeviceConfig& device) {
     table.Require("instance");
@@ -560,6 +572,7 @@ void ReadDevice(Table& table, DeviceConfig& device) {
     table.Integer("events_per_answer", 0, 1'000'000, device.EventsPerAnswer);
     table.Integer("max_objects", 1, 4'194'304, device.MaxObjects);
     table.Tables("object", [&device](Table& object) { ReadObject(object, device); });
+    ReadProfiles(table, device);
     table.Text("password", device.Password);
     table.Integer("restart_ms", 0, 600'000, device.RestartMs);
     table.Single("backup", [&device](Table& backup) { ReadBackup(backup, device); });

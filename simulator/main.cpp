@@ -1,6 +1,7 @@
 // bdcsim: BACnet devices on this machine's loopback network, from a file or by counts, until it is interrupted.
 #include "simulator/ConfigFile.h"
 #include "simulator/Generate.h"
+#include "simulator/Profiles.h"
 #include "simulator/Simulator.h"
 
 #include "platform/stack/transport/Bvll.h"
@@ -10,6 +11,7 @@
 #include <csignal>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -26,6 +28,8 @@ struct Options {
     sim::Counts Counts;
     unsigned Threads = 1;
     std::uint32_t AppendEveryMs = 0;
+    std::vector<std::string> Profiles;
+    bool ListProfiles = false;
     bool Quiet = false;
 };
 
@@ -73,7 +77,33 @@ void AddOptions(CLI::App& app, Options& options) {
         ->capture_default_str();
     app.add_option("--threads", options.Threads, "Server threads")->check(CLI::Range(1, 64))->capture_default_str();
     app.add_option("--append-every", options.AppendEveryMs, "Milliseconds after which each log gets another record");
+    app.add_option("--profile", options.Profiles,
+                   "Has the devices behave badly in this way; may be given several times");
+    app.add_flag("--list-profiles", options.ListProfiles, "Tell the ways to behave badly, and end");
     app.add_flag("--quiet", options.Quiet, "Do not list the devices");
+}
+
+void ListProfiles() {
+    for (const sim::Profile& profile : sim::AllProfiles())
+        std::printf("%-22s %s\n", profile.Name, profile.What);
+}
+
+// False, and said so, when there is no such profile.
+bool ApplyProfiles(const Options& options, sim::SimulatorConfig& config) {
+    for (const std::string& name : options.Profiles) {
+        const sim::Profile* profile = sim::FindProfile(name);
+        if (profile == nullptr) {
+            std::fprintf(stderr, "bdcsim: there is no profile \"%s\"; --list-profiles tells them\n", name.c_str());
+            return false;
+        }
+        for (sim::DeviceConfig& device : config.Devices)
+            profile->Apply(device);
+        for (sim::RouterConfig& router : config.Routers)
+            for (sim::NetworkConfig& network : router.Networks)
+                for (sim::DeviceConfig& device : network.Devices)
+                    profile->Apply(device);
+    }
+    return true;
 }
 
 // What is the same for all devices of a simulation, whichever way it was described. Options that were given win over
@@ -158,6 +188,10 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "bdcsim: --first-address has to be an address 127.x.y.z\n");
         return EXIT_USAGE;
     }
+    if (options.ListProfiles) {
+        ListProfiles();
+        return EXIT_DONE;
+    }
     sim::SimulatorConfig config;
     if (options.File.empty()) {
         config = sim::GenerateConfig(options.Counts);
@@ -166,5 +200,7 @@ int main(int argc, char** argv) {
         return EXIT_FAILED;
     }
     ApplyOptions(app, options, config);
+    if (!ApplyProfiles(options, config))
+        return EXIT_USAGE;
     return Serve(std::move(config), options.Quiet);
 }

@@ -24,6 +24,7 @@ Device::Device(const DeviceConfig& config, std::function<LocalTime()> clock)
     if (m_config.Name.empty())
         m_config.Name = "Device " + std::to_string(m_config.Instance);
     m_faults.Set(config.Faults);
+    m_quirks = config.Quirks;
 
     auto device = std::make_unique<DeviceObject>(Id(), *this);
     AddDeviceProperties(m_config, *device);
@@ -108,6 +109,11 @@ PropertyError Device::Write(BACSTAC_OBJECT_ID id, const WriteCommand& command) {
 void Device::SetFaults(const std::vector<Fault>& faults) {
     const auto lock = Lock();
     m_faults.Set(faults);
+}
+
+void Device::SetQuirks(const Quirks& quirks) {
+    const auto lock = Lock();
+    m_quirks = quirks;
 }
 
 bool Device::AddObject(const ObjectConfig& config) {

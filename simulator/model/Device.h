@@ -72,6 +72,8 @@ public:
     void SetFault(const Fault& fault) { SetFaults({fault}); }
     void ClearFaults() { SetFaults({}); }
 
+    void SetQuirks(const Quirks& quirks); // but for the second claimant
+
     // False where the object is missing (or present already, for AddObject; or no log, for the log functions).
     bool AddObject(const ObjectConfig& config);
     bool RemoveObject(BACSTAC_OBJECT_ID id);
@@ -138,6 +140,7 @@ public:
     PropertyError AbortRestore();
     // Before a file is read or written: refuses while the device prepares itself.
     PropertyError UseFile(BACSTAC_OBJECT_ID file);
+    const Quirks& GetQuirks() const { return m_quirks; }
     const FaultList& Faults() const { return m_faults; }
     FaultList& Faults() { return m_faults; }
     void Count(Counter counter) {
@@ -170,6 +173,7 @@ private:
     std::vector<BACSTAC_OBJECT_ID> m_objectList; // as they were added
     std::uint32_t m_databaseRevision = 1;
     FaultList m_faults;
+    Quirks m_quirks;
     std::atomic<LocalTime> m_clockOffset = 0;
     Communication m_communication = Communication::enabled;
     LocalTime m_communicationUntil = 0; // uptime; 0: until further notice

@@ -182,4 +182,26 @@ int PrimitiveTagOf(std::span<const std::uint8_t> octets) {
     return primitive ? tag.Number : -1;
 }
 
+std::optional<double> NumberIn(std::span<const std::uint8_t> octets) {
+    bacnet::Reader in(octets);
+    float real = 0;
+    double wide = 0;
+    std::uint32_t natural = 0;
+    std::int32_t whole = 0;
+    switch (PrimitiveTagOf(octets)) {
+    case bacnet::TAG_REAL:
+        return in.Real(real) ? std::optional<double>(real) : std::nullopt;
+    case bacnet::TAG_DOUBLE:
+        return in.Double(wide) ? std::optional(wide) : std::nullopt;
+    case bacnet::TAG_UNSIGNED:
+        return in.Unsigned(natural) ? std::optional<double>(natural) : std::nullopt;
+    case bacnet::TAG_ENUMERATED:
+        return in.Enumerated(natural) ? std::optional<double>(natural) : std::nullopt;
+    case bacnet::TAG_SIGNED:
+        return in.Signed(whole) ? std::optional<double>(whole) : std::nullopt;
+    default:
+        return std::nullopt;
+    }
+}
+
 } // namespace sim

@@ -25,4 +25,7 @@ bool IsOneOf(std::span<const std::uint8_t> octets, BACSTAC_DATA_TYPE type);
 // Application tag of a lone primitive; -1 for anything else.
 int PrimitiveTagOf(std::span<const std::uint8_t> octets);
 
+// A lone number of any type, to compare; nothing for all else.
+std::optional<double> NumberIn(std::span<const std::uint8_t> octets);
+
 } // namespace sim

@@ -69,7 +69,13 @@ Apdu Header(PduType type, const Apdu& request) {
 } // namespace
 
 DeviceServer::DeviceServer(Device& device, const Origin& origin, IAmMode iAm)
-    : m_device(device), m_origin(origin), m_iAm(iAm) {}
+    : m_device(device), m_origin(origin), m_iAm(iAm) {
+    if (!device.Config().Quirks.SecondClaimant)
+        return;
+    bacnet::BipAddress address = origin.Socket->LocalAddress();
+    address.Ip ^= OTHER_ADDRESS;
+    m_isClaimed = m_claimant.Open(address, {}).empty();
+}
 
 // ---- requests
 
@@ -152,7 +158,10 @@ void DeviceServer::SendIAm(ServerContext& context, const Requester& from, bool t
     bacnet::Writer writer(parameters);
     bacnet::EncodeIAm(
         {config.Instance, config.MaxApdu, static_cast<std::uint32_t>(config.Segmentation), config.VendorId}, writer);
-    SendUnconfirmed(context, bacnet::UnconfirmedService::iAm, writer.Written(), from, toAll, globally);
+    SendUnconfirmed(context, m_origin, bacnet::UnconfirmedService::iAm, writer.Written(), from, toAll, globally);
+    if (m_isClaimed)
+        SendUnconfirmed(context, {&m_claimant, m_origin.Network, m_origin.Mac}, bacnet::UnconfirmedService::iAm,
+                        writer.Written(), from, toAll, globally);
 }
 
 void DeviceServer::OnWhoHas(ServerContext& context, const Requester& from, std::span<const std::uint8_t> parameters,
@@ -166,10 +175,10 @@ void DeviceServer::OnWhoHas(ServerContext& context, const Requester& from, std::
         found = AnswerWhoHas(m_device, parameters);
     }
     if (!found.empty())
-        SendUnconfirmed(context, bacnet::UnconfirmedService::iHave, found, from, toAll, globally);
+        SendUnconfirmed(context, m_origin, bacnet::UnconfirmedService::iHave, found, from, toAll, globally);
 }
 
-void DeviceServer::SendUnconfirmed(ServerContext& context, bacnet::UnconfirmedService service,
+void DeviceServer::SendUnconfirmed(ServerContext& context, const Origin& origin, bacnet::UnconfirmedService service,
                                    std::span<const std::uint8_t> parameters, const Requester& from, bool toAll,
                                    bool globally) {
     bacnet::Frame& frame = context.Out.Begin();
@@ -179,9 +188,9 @@ void DeviceServer::SendUnconfirmed(ServerContext& context, bacnet::UnconfirmedSe
     header.Service = static_cast<std::uint8_t>(service);
     bacnet::PrependApdu(frame, header);
     if (!toAll)
-        context.Out.Send(m_origin, from);
+        context.Out.Send(origin, from);
     else
-        context.Out.Broadcast(m_origin, globally ? bacnet::GLOBAL_BROADCAST : from.Network);
+        context.Out.Broadcast(origin, globally ? bacnet::GLOBAL_BROADCAST : from.Network);
     m_device.Count(Counter::answers);
 }
 

@@ -78,7 +78,7 @@ private:
     void SendIAm(ServerContext& context, const Requester& from, bool toAll, bool globally);
     void OnWhoHas(ServerContext& context, const Requester& from, std::span<const std::uint8_t> parameters, bool toAll,
                   bool globally);
-    void SendUnconfirmed(ServerContext& context, bacnet::UnconfirmedService service,
+    void SendUnconfirmed(ServerContext& context, const Origin& origin, bacnet::UnconfirmedService service,
                          std::span<const std::uint8_t> parameters, const Requester& from, bool toAll, bool globally);
     bool IsGone(const ServerContext& context) const { return context.NowMs < m_goneUntilMs; }
     void Restart(ServerContext& context, std::uint32_t milliseconds, RestartReason reason);
@@ -117,6 +117,8 @@ private:
     std::vector<Held> m_held;                          // requests that wait for their repetition
     std::unique_ptr<bacnet::UdpSocket> m_otherAddress; // opened when a fault first wants it
     std::unique_ptr<bacnet::UdpSocket> m_otherPort;
+    bacnet::UdpSocket m_claimant; // that announces the same instance, if the device is said to have one
+    bool m_isClaimed = false;
 };
 
 } // namespace sim

@@ -2,6 +2,7 @@
 
 #include "simulator/model/FileObject.h"
 #include "simulator/server/Handlers.h"
+#include "simulator/server/Quirks.h"
 
 #include <algorithm>
 
@@ -71,7 +72,7 @@ Outcome ReadRecords(const ServiceCall& call, const FileObject& file, const BACST
     FileData data;
     data.Access = BACSTAC_FILE_RECORD;
     data.Start = spec.Start;
-    data.RecordCount = static_cast<std::uint32_t>(end - begin);
+    data.RecordCount = Told(call.Dut, static_cast<std::uint32_t>(end - begin));
     data.Records = records.Written();
     return AnswerWith(call, end == all.size(), data);
 }
@@ -95,6 +96,12 @@ Outcome AtomicReadFile(const ServiceCall& call) {
     const FileObject* file = FindFile(call, request.File, request.Spec.Access, error);
     if (file == nullptr)
         return Outcome::Error(error);
+    if (call.Dut.GetQuirks().EmptyFiles) {
+        FileData nothing;
+        nothing.Access = request.Spec.Access;
+        nothing.Start = request.Spec.Start;
+        return AnswerWith(call, false, nothing);
+    }
     return file->IsOfRecords() ? ReadRecords(call, *file, request.Spec) : ReadStream(call, *file, request.Spec);
 }
 

@@ -17,6 +17,8 @@ struct ServiceCall {
 // ReadServices.cpp: clauses 15.5 and 15.7.
 Outcome ReadProperty(const ServiceCall& call);
 Outcome ReadPropertyMultiple(const ServiceCall& call);
+// ConditionalRead.cpp: clause 15.6 of the 2004 standard.
+Outcome ReadPropertyConditional(const ServiceCall& call);
 // RangeAnswer.cpp: clause 15.8.
 Outcome ReadRange(const ServiceCall& call);
 // WriteServices.cpp: clauses 15.9, 15.10, 15.1 and 15.2.

@@ -1,6 +1,7 @@
 #include "platform/stack/services/ReadRange.h"
 #include "simulator/model/LogRange.h"
 #include "simulator/server/Handlers.h"
+#include "simulator/server/Quirks.h"
 
 #include <algorithm>
 
@@ -72,8 +73,8 @@ LogRange FitFromEnd(const Items& items, LogRange range, std::size_t octets) {
     return {begin, range.End, true};
 }
 
-Outcome Answer(const ReadRangeRequest& request, const Items& items, LogRange range, bool withSequence,
-               const AnswerRoom& room, Scratch& scratch) {
+Outcome Answer(const Device& device, const ReadRangeRequest& request, const Items& items, LogRange range,
+               bool withSequence, const AnswerRoom& room, Scratch& scratch) {
     withSequence = withSequence && !range.IsEmpty();
     const std::size_t overhead = Overhead(request, range, withSequence);
     if (overhead > room.Octets)
@@ -104,7 +105,7 @@ Outcome Answer(const ReadRangeRequest& request, const Items& items, LogRange ran
     set(BACSTAC_RANGE_MORE_ITEMS, sent.Count() < range.Count());
 
     bacnet::Writer writer = AnswerWriter(room, scratch);
-    bacnet::BeginReadRangeAck(request.Target, flags, static_cast<std::uint32_t>(sent.Count()), writer);
+    bacnet::BeginReadRangeAck(request.Target, flags, Told(device, static_cast<std::uint32_t>(sent.Count())), writer);
     writer.Octets(data.Written());
     bacnet::EndReadRangeAck(withSequence, LogBuffer::SequenceOf(sent.Begin), writer);
     return Written(writer, room);
@@ -128,15 +129,17 @@ Outcome FromLog(const Device& device, const LogObject& log, const ReadRangeReque
     }
     const bool withSequence = kind == BACSTAC_RANGE_BY_TIME || kind == BACSTAC_RANGE_BY_SEQUENCE;
     const LogItems items(log, scratch.Record);
-    return Answer(request, items, SelectRange(log.Buffer(), request.Range, reference), withSequence, room, scratch);
+    return Answer(device, request, items, SelectRange(log.Buffer(), request.Range, reference), withSequence, room,
+                  scratch);
 }
 
-Outcome FromList(const Value& list, const ReadRangeRequest& request, const AnswerRoom& room, Scratch& scratch) {
+Outcome FromList(const Device& device, const Value& list, const ReadRangeRequest& request, const AnswerRoom& room,
+                 Scratch& scratch) {
     if (request.Range.Kind == BACSTAC_RANGE_BY_SEQUENCE)
         return Outcome::Error(NOT_NUMBERED);
     if (IsByTime(request.Range.Kind))
         return Outcome::Error(NOT_TIMESTAMPED);
-    return Answer(request, ListItems(list), SelectPositions(list.Count(), request.Range), false, room, scratch);
+    return Answer(device, request, ListItems(list), SelectPositions(list.Count(), request.Range), false, room, scratch);
 }
 
 } // namespace
@@ -159,7 +162,7 @@ Outcome ReadRange(const ServiceCall& call) {
         return FromLog(call.Dut, *log, request, call.Room, call.Memory);
     if (value == nullptr || value->GetShape() != Shape::list)
         return Outcome::Error(NOT_A_LIST);
-    return FromList(*value, request, call.Room, call.Memory);
+    return FromList(call.Dut, *value, request, call.Room, call.Memory);
 }
 
 } // namespace sim

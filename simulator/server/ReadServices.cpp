@@ -1,6 +1,7 @@
 #include "platform/stack/schema/ObjectTypes.h"
 #include "platform/stack/services/ReadPropertyMultiple.h"
 #include "simulator/server/Handlers.h"
+#include "simulator/server/Quirks.h"
 
 namespace sim {
 
@@ -11,7 +12,7 @@ namespace {
 // Writes the answers to the references of a multiple read, one by one.
 class MultipleAnswer {
 public:
-    MultipleAnswer(const Device& device, bacnet::Writer& writer) : m_device(device), m_writer(writer), m_ack(writer) {}
+    MultipleAnswer(Device& device, bacnet::Writer& writer) : m_device(device), m_writer(writer), m_ack(writer) {}
 
     void Answer(PropertyTarget target) {
         const Object* object = m_device.Find(target.Object);
@@ -31,7 +32,7 @@ public:
 private:
     void AnswerOne(const Object& object, const PropertyTarget& target) {
         m_ack.BeginValue(target);
-        const PropertyError error = object.Read(target.Property, IndexOf(target), m_writer);
+        const PropertyError error = ReadOf(m_device, object, target, m_writer);
         if (error.Ok())
             m_ack.EndValue();
         else
@@ -54,7 +55,7 @@ private:
         return info != nullptr && info->Required;
     }
 
-    const Device& m_device;
+    Device& m_device;
     bacnet::Writer& m_writer;
     bacnet::RpmAckWriter m_ack;
 };
@@ -71,7 +72,7 @@ Outcome ReadProperty(const ServiceCall& call) {
     target.Object = object->Id();
     bacnet::Writer writer = AnswerWriter(call);
     bacnet::BeginReadPropertyAck(target, writer);
-    const PropertyError error = object->Read(target.Property, IndexOf(target), writer);
+    const PropertyError error = ReadOf(call.Dut, *object, target, writer);
     if (!error.Ok())
         return Outcome::Error(error);
     bacnet::EndReadPropertyAck(writer);

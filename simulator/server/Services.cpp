@@ -45,6 +45,7 @@ constexpr Row SERVICES[] = {
     {ConfirmedService::createObject, CreateObject},
     {ConfirmedService::deleteObject, DeleteObject},
     {ConfirmedService::readProperty, ReadProperty},
+    {ConfirmedService::readPropertyConditional, ReadPropertyConditional},
     {ConfirmedService::readPropertyMultiple, ReadPropertyMultiple},
     {ConfirmedService::writeProperty, WriteProperty},
     {ConfirmedService::writePropertyMultiple, WritePropertyMultiple},

@@ -307,6 +307,94 @@ TEST(ConfigFile, TheExampleCanBeRead) {
     EXPECT_EQ(config.Routers.at(0).Networks.at(0).Devices.size(), 2U);
 }
 
+TEST(ConfigFile, ReadsWhatClientsWorkOn) {
+    const SimulatorConfig config = Good(R"(
+[[device]]
+instance = 1
+address = "127.3.2.1"
+password = "p"
+restart_ms = 7
+creates = ["calendar"]
+max_objects = 9
+events_per_answer = 2
+profiles = ["apdu-50", "restarts"]
+[device.backup]
+files = ["file,4"]
+preparation = 3
+restore_preparation = 4
+completion = 5
+failure_timeout = 6
+old_numbers = true
+[[device.object]]
+type = "file"
+instance = 1
+access = "record"
+file_records = ["a", "b"]
+max_size = 100
+file_read_only = true
+[[device.object]]
+type = "file"
+instance = 2
+size = 1000
+[[device.object]]
+type = "analog-value"
+instance = 1
+commandable = true
+permanent = true
+all_properties = true
+read_only = ["present-value"]
+[device.object.event]
+state = 2
+acked = true
+notification_class = 5
+notify_type = 1
+)");
+    ASSERT_EQ(config.Devices.size(), 1U);
+    const DeviceConfig& device = config.Devices[0];
+    EXPECT_EQ(device.Password, "p");
+    EXPECT_EQ(device.RestartMs, 7U);
+    EXPECT_EQ(device.Creates, std::vector<BACSTAC_OBJECT_TYPE>{OBJ_CALENDAR});
+    EXPECT_EQ(device.MaxObjects, 9U);
+    EXPECT_EQ(device.EventsPerAnswer, 2U);
+    EXPECT_EQ(device.MaxApdu, 50U);
+    EXPECT_EQ(device.Faults.size(), 1U);
+    ASSERT_TRUE(device.Backup.has_value());
+    EXPECT_EQ(device.Backup->Files, (std::vector<BACSTAC_OBJECT_ID>{{OBJ_FILE, 4}}));
+    EXPECT_EQ(device.Backup->BackupPreparation, 3U);
+    EXPECT_EQ(device.Backup->RestorePreparation, 4U);
+    EXPECT_EQ(device.Backup->CompletionTime, 5U);
+    EXPECT_EQ(device.Backup->FailureTimeout, 6U);
+    EXPECT_TRUE(device.Backup->OldNumbers);
+    ASSERT_EQ(device.Objects.size(), 3U);
+    const FileConfig& records = *device.Objects[0].File;
+    EXPECT_TRUE(records.OfRecords);
+    EXPECT_EQ(records.Records, (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(records.MaxSize, 100U);
+    EXPECT_TRUE(records.ReadOnly);
+    EXPECT_EQ(device.Objects[1].File->Octets.size(), 1000U);
+    const ObjectConfig& value = device.Objects[2];
+    EXPECT_TRUE(value.Commandable && value.Permanent && value.AllProperties);
+    EXPECT_EQ(value.ReadOnly, std::vector<BACSTAC_PROPERTY_ID>{PROP_PRESENT_VALUE});
+    ASSERT_TRUE(value.Event.has_value());
+    EXPECT_EQ(value.Event->State, 2U);
+    EXPECT_TRUE(value.Event->Acked);
+    EXPECT_EQ(value.Event->NotificationClass, 5U);
+    EXPECT_EQ(value.Event->NotifyType, 1U);
+}
+
+TEST(ConfigFile, TheControllerCanBeRead) {
+    SimulatorConfig config;
+    std::string errors;
+    ASSERT_TRUE(LoadConfig(std::string(BDC_SOURCE_DIR) + "/simulator/examples/controller.toml", config, errors))
+        << errors;
+    ASSERT_EQ(config.Devices.size(), 2U);
+    const Device device(config.Devices[0], [] { return LocalTime{0}; });
+    EXPECT_EQ(device.ObjectList().size(), 13U); // with the device and the file that the backup makes
+    EXPECT_EQ(device.Records({OBJ_EVENT_LOG, 1}).size(), 10U);
+    EXPECT_EQ(device.GetProperty({OBJ_ANALOG_VALUE, 1}, 104), Value::Real(21.5F)); // relinquish-default
+    EXPECT_TRUE(config.Devices[1].Quirks.WrongCharacterSet);
+}
+
 TEST(ConfigFile, AMissingFileIsTold) {
     SimulatorConfig config;
     std::string errors;

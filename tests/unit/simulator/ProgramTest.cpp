@@ -128,6 +128,10 @@ TEST_F(Program, ExitCodesTellUsageFromFailure) {
     EXPECT_NE(help.Rest().find("--devices"), std::string::npos);
     EXPECT_EQ(help.Wait(), 0);
     EXPECT_EQ(Process({"--no-such-option"}).Wait(), 2);
+    Process profiles({"--list-profiles"});
+    EXPECT_EQ(profiles.Line(), "no-multiple-reads      does not know ReadPropertyMultiple");
+    EXPECT_EQ(profiles.Wait(), 0);
+    EXPECT_EQ(Process({"--profile", "polite"}).Wait(), 2);
     EXPECT_EQ(Process({"--first-address", "10.0.0.1"}).Wait(), 2);
     EXPECT_EQ(Process({"--max-apdu", "49"}).Wait(), 2);
     Process first(Arguments({"--devices", "1", "--first-address", Block.Text(1)}));
