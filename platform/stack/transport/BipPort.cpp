@@ -31,6 +31,8 @@ std::string BipPort::Open(const BipSettings& settings) {
         return "no descriptor left to wait with";
     if (settings.Bbmd && settings.Ip == 0)
         return "a broadcast management device needs one address to be bound to";
+    if (settings.Bbmd && settings.Foreign)
+        return "a broadcast management device is no foreign device";
     UdpSocket::Options options;
     options.ReceiveBuffer = settings.ReceiveBuffer;
     options.ReceiveTimeoutMs = TICK;
@@ -40,8 +42,11 @@ std::string BipPort::Open(const BipSettings& settings) {
     m_recorder = settings.Recorder;
     m_local = m_directed.LocalAddress();
     reason = OpenBroadcasts(settings, options);
+    if (reason.empty() && settings.Foreign && IsOwn(settings.Foreign->Bbmd))
+        reason = "a port cannot be a foreign device of itself";
     if (!reason.empty()) {
         m_directed.Close();
+        m_broadcasts.Close();
         return reason;
     }
     BroadcastManagement::Environment environment;

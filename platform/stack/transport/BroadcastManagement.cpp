@@ -10,7 +10,7 @@ BroadcastManagement::BroadcastManagement(Environment environment, const std::opt
                                          const std::optional<BbmdSettings>& bbmd)
     : m_environment(std::move(environment)) {
     if (foreign)
-        m_foreign.emplace(foreign->Bbmd, foreign->TimeToLive);
+        m_foreign.emplace(*foreign);
     if (bbmd)
         m_bbmd.emplace(m_environment.Local, *bbmd);
 }

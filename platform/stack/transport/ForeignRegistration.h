@@ -3,8 +3,9 @@
 // milliseconds that only grow.
 #pragma once
 
-#include "platform/stack/transport/Bvll.h"
+#include "platform/stack/transport/BroadcastSettings.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <mutex>
 
@@ -23,8 +24,9 @@ public:
     static constexpr std::int64_t REFUSED_WAIT = 30000; // before one that was refused is tried again
     static constexpr int FIRST_TRIES = 3;               // unanswered ones before the state is silent
 
-    // timeToLive: seconds, at least 10. The registration is renewed at half of it.
-    ForeignRegistration(const BipAddress& bbmd, std::uint16_t timeToLive) : m_bbmd(bbmd), m_timeToLive(timeToLive) {}
+    // The registration is renewed at half its time.
+    explicit ForeignRegistration(const ForeignSettings& settings)
+        : m_bbmd(settings.Bbmd), m_timeToLive(std::max(settings.TimeToLive, ForeignSettings::SHORTEST_TIME_TO_LIVE)) {}
 
     const BipAddress& Device() const { return m_bbmd; }
     std::uint16_t TimeToLive() const { return m_timeToLive; }

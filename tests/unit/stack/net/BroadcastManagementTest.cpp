@@ -318,12 +318,22 @@ TEST_F(TwoNetworks, HostileFramesOfEveryFunctionLeaveTheDeviceAtWork) {
     EXPECT_EQ(m_first.Port.Broadcasting().Table.size(), 2U);
 }
 
-TEST(BroadcastManagementPort, NeedsAnAddressOfItsOwn) {
+TEST(BroadcastManagementPort, RefusesSettingsThatCannotWork) {
+    const LoopbackBlock block;
     BipSettings settings;
-    settings.Port = LoopbackBlock().Port();
+    settings.Port = block.Port();
     settings.Bbmd = BbmdSettings{};
-    BipPort port;
-    EXPECT_NE(port.Open(settings), "");
+    EXPECT_NE(BipPort().Open(settings), "") << "without an address of its own";
+    settings.Ip = block.Ip(1);
+    settings.Foreign = ForeignSettings{{block.Ip(2), block.Port()}};
+    EXPECT_NE(BipPort().Open(settings), "") << "both at once";
+    settings.Bbmd.reset();
+    EXPECT_EQ(BipPort().Open(settings), "");
+    settings.Foreign = ForeignSettings{{block.Ip(1), block.Port()}};
+    EXPECT_NE(BipPort().Open(settings), "") << "with itself";
+    settings.Ip = 0;
+    settings.Foreign = ForeignSettings{{0x7F000001, block.Port()}};
+    EXPECT_NE(BipPort().Open(settings), "") << "with itself, by one of its addresses";
 }
 
 } // namespace

@@ -35,7 +35,7 @@ protected:
     }
     static constexpr int SILENCE = -1;
 
-    ForeignRegistration m_registration{{0x0A000101, 47808}, 60};
+    ForeignRegistration m_registration{{{0x0A000101, 47808}, 60}};
     std::int64_t m_now = 0;
 };
 
@@ -73,6 +73,17 @@ TEST_F(Registering, ADeviceThatHasForgottenUsIsAskedAgainAtOnce) {
         events += Run(1, SUCCESS);
     }
     EXPECT_EQ(events, "ask@15 ");
+}
+
+TEST(RegisteringForNoTime, IsForTheShortestThatIsAllowed) {
+    ForeignRegistration registration({{0x0A000101, 47808}, 0});
+    EXPECT_EQ(registration.TimeToLive(), 10);
+    std::int64_t wait = 0;
+    bool changed = false;
+    ASSERT_TRUE(registration.IsDue(1000, wait, changed));
+    registration.OnResult(SUCCESS, 1000);
+    EXPECT_FALSE(registration.IsDue(1001, wait, changed));
+    EXPECT_EQ(wait, 4999);
 }
 
 TEST_F(Registering, OnlyTheAnswerToARegistrationCounts) {
