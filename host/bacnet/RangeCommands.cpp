@@ -107,6 +107,8 @@ bool ReadBlock(CBacnetCall& call, unsigned device, Range& range, CValueBuffer& b
         call.Stack().ReadRange(device, range.object, property, index, &spec, &flags, &contents, &error, &firstSequence);
     if (!call.Succeeded(status, error, PointName(device, range.object, property, index)))
         return false;
+    if (contents.DataType == TYPE_RAW)
+        return call.Succeeded(BACSTAC_STATUS_INVALID_ANSWER, error, PointName(device, range.object, property, index));
     const Json records = LogRecords(contents, range.object.Type, property);
     const auto count = static_cast<std::uint32_t>(records.size());
     std::uint32_t number = firstSequence;

@@ -26,6 +26,8 @@ public:
         : m_call(call), m_device(device), m_object(object) {}
 
     bool Add(const PropertyText& property, const BACSTAC_PROPERTY_CONTENTS& contents) {
+        if (contents.DataType < 0 && contents.DataType != TYPE_RAW)
+            return AddFailure(property, BACSTAC_STATUS_INVALID_ANSWER, {});
         ++m_read;
         Json row = Head();
         row.update(ValueJson({m_object, property.property, property.index, contents}));
@@ -42,31 +44,35 @@ public:
     }
     bool Add(const BACSTAC_READ_RESULT_ITEM& item) {
         const PropertyText property{item.Property, item.ArrayIndex};
+        if (item.Success == 0 && item.Error.Kind == 0) // a value whose octets only a single read gives
+            return AddRead(property);
         if (item.Success == 0)
             return AddFailure(property, StatusOf(item.Error), item.Error);
         BACSTAC_PROPERTY_CONTENTS contents = item.Contents;
         ConvertRaw(contents, m_object.Type, item.Property);
         return Add(property, contents);
     }
+    bool AddRead(const PropertyText& property) {
+        BACSTAC_PROPERTY_CONTENTS contents = m_buffer.Contents();
+        BACSTAC_ERROR error{};
+        const BACSTAC_STATUS status =
+            m_call.Stack().ReadProperty(m_device, m_object, property.property, property.index, contents, &error);
+        ConvertRaw(contents, m_object.Type, property.property);
+        return status == BACSTAC_OK ? Add(property, contents) : AddFailure(property, status, error);
+    }
     ControlReply Reply() const { return m_call.DonePartly(m_read, m_failed, {{"count", m_read}}); }
 
 private:
-    // An item without detail holds a value that its type does not allow.
+    // Kind 1: a single read that the device gave up, its answer being too long for it.
     static BACSTAC_STATUS StatusOf(const BACSTAC_ERROR& error) {
-        switch (error.Kind) {
-        case 0:
-            return BACSTAC_STATUS_INVALID_ANSWER;
-        case 1: // a single read that the device gave up, its answer being too long for it
-            return BACSTAC_STATUS_ABORT;
-        default:
-            return BACSTAC_STATUS_ERROR;
-        }
+        return error.Kind == 1 ? BACSTAC_STATUS_ABORT : BACSTAC_STATUS_ERROR;
     }
     Json Head() const { return {{"device", m_device}, {"object", ObjectName(m_object)}}; }
 
     CBacnetCall& m_call;
     const unsigned m_device;
     const BACSTAC_OBJECT_ID m_object;
+    CValueBuffer m_buffer;
     std::size_t m_read = 0;
     std::size_t m_failed = 0;
 };
@@ -88,14 +94,8 @@ ControlReply ReadOne(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID
 ControlReply ReadSingly(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID& object,
                         const std::vector<PropertyText>& properties) {
     CPropertyRows rows(call, device, object);
-    CValueBuffer buffer;
     for (const PropertyText& property : properties) {
-        BACSTAC_PROPERTY_CONTENTS contents = buffer.Contents();
-        BACSTAC_ERROR error{};
-        const BACSTAC_STATUS status =
-            call.Stack().ReadProperty(device, object, property.property, property.index, contents, &error);
-        ConvertRaw(contents, object.Type, property.property);
-        if (!(status == BACSTAC_OK ? rows.Add(property, contents) : rows.AddFailure(property, status, error)))
+        if (!rows.AddRead(property))
             return call.Failure();
     }
     return rows.Reply();

@@ -3,6 +3,7 @@
 #include "api/bacnet/BacGeneral.h"
 #include "api/bacnet/Dir.h"
 #include "host/NumberJson.h"
+#include "host/bacnet/HexText.h"
 #include "host/bacnet/Names.h"
 #include "platform/stack/codec/Elements.h"
 #include "platform/stack/schema/ObjectTypes.h"
@@ -17,15 +18,22 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-constexpr std::size_t TEXT_SIZE = 1 << 20; // an object list of some ten thousand entries
+constexpr unsigned USUAL_TEXT = 512;
+constexpr unsigned LONGEST_TEXT = 4 << 20; // an object list of a hundred thousand entries
 
 std::string Printed(const BACSTAC_PROPERTY_CONTENTS& contents, BACSTAC_OBJECT_TYPE objectType,
                     BACSTAC_PROPERTY_ID property, int index) {
     if (contents.DataType < 0)
         return {};
-    std::string text(TEXT_SIZE, '\0');
-    const int length = CBacGeneral::PrintContents(text.data(), TEXT_SIZE, contents, objectType, property, index);
-    text.resize(static_cast<std::size_t>(length));
+    std::string text;
+    for (unsigned size = USUAL_TEXT; size <= LONGEST_TEXT; size *= 16) {
+        text.resize(size);
+        text.resize(static_cast<std::size_t>(
+            CBacGeneral::PrintContents(text.data(), size, contents, objectType, property, index)));
+        constexpr unsigned CUT = 8; // a text that was cut ends so near to the end of its buffer
+        if (text.size() + CUT < size)
+            break;
+    }
     return ansi_to_utf8(text);
 }
 
@@ -42,6 +50,8 @@ std::string Field(unsigned value, unsigned any, int width) {
 } // namespace
 
 std::string ValueText(const ReadValue& value) {
+    if (value.contents.DataType == TYPE_RAW)
+        return HexText(value.contents.Buffer, value.contents.ElementCount);
     return Printed(value.contents, value.object.Type, value.property, value.index);
 }
 
@@ -77,7 +87,10 @@ Json ValueJson(const ReadValue& value) {
     const bacnet::TypeInfo* const type = bacnet::FindType(contents.DataType);
     json["type"] = type != nullptr ? Json(type->Name) : Json(nullptr);
     json["value"] = nullptr;
-    if (type != nullptr && !IsWholeList(value)) {
+    if (contents.DataType == TYPE_RAW) {
+        json["type"] = "encoded";
+        json["value"] = ValueText(value);
+    } else if (type != nullptr && !IsWholeList(value)) {
         json["value"] = ElementJson(contents, value.object.Type, value.property);
     } else if (type != nullptr) {
         Json elements = Json::array();

@@ -50,6 +50,17 @@ TEST_P(PropertyCommands, ReadGivesTypedJson) {
     EXPECT_EQ(array["properties"][0]["value"].size(), 8U);
 }
 
+TEST_P(PropertyCommands, ReadShowsTheOctetsOfAValueThatNobodyKnows) {
+    const std::uint8_t wire[] = {0x2E, 0x44, 0x3F, 0x80, 0x00, 0x00, 0x2F}; // [2] { real 1.0 }
+    Device(1000).SetProperty({OBJ_ANALOG_VALUE, 1}, 600, sim::Value::Encoded(wire));
+    EXPECT_EQ(Output({"read", "1000", "av:1", "600"}), "600                              2e443f8000002f\n");
+    const Json read = RunJson({"read", "1000", "av:1", "600"})["properties"][0];
+    EXPECT_EQ(Output({"read", "1000", "av:1", "units", "600"}),
+              "units                            degrees-celsius\n600                              2e443f8000002f\n");
+    EXPECT_EQ(read["type"], "encoded");
+    EXPECT_EQ(read["value"], "2e443f8000002f");
+}
+
 TEST_P(PropertyCommands, ReadTellsWhatADeviceRefuses) {
     const ProcessResult object = Run({"read", "1000", "ai:99", "pv"});
     EXPECT_EQ(object.code, 1);
