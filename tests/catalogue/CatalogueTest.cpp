@@ -37,12 +37,14 @@ protected:
         return faults;
     }
     // Meets one device, then the same one when it behaves, and another.
-    std::string Meet(unsigned host, const Entry& entry) {
+    std::string Meet(const Target& target, unsigned host, const Entry& entry) {
         const auto start = Clock::now();
-        const Outcome outcome = entry.Ask(TargetOf(host));
+        const Outcome outcome = entry.Ask(target);
         std::string faults = Judge(entry, outcome, Clock::now() - start);
         m_peers.Behave(host);
-        const Outcome next = ReadProperty(TargetOf(host));
+        if (target.Address.Remote != 0) // as a router does when it is asked
+            m_peers.AnnounceNetwork(host, STATION_HOST, target.Address.Network);
+        const Outcome next = ReadProperty(target);
         if (next.Status != BACSTAC_OK || next.Result != "72.3")
             faults += " the next request: " + TextOf(next) + ";";
         const Outcome other = ReadProperty(TargetOf(GOOD_HOST));
@@ -50,10 +52,14 @@ protected:
             faults += " another device: " + TextOf(other) + ";";
         return faults;
     }
-    void MeetAll(const Table& table) {
+    enum class Where : std::uint8_t { here, behind_routers };
+    void MeetAll(const Table& table, Where where = Where::here) {
         ASSERT_LE(table.size(), 220U) << "hosts of one block";
         for (unsigned i = 0; i < table.size(); ++i)
-            Open(firstHost + i, table[i].Make != nullptr ? table[i].Make() : FromText(table[i].Text));
+            if (where == Where::here)
+                Open(firstHost + i, table[i].Make != nullptr ? table[i].Make() : FromText(table[i].Text));
+            else
+                OpenRouted(firstHost + i, table[i].Make != nullptr ? table[i].Make() : FromText(table[i].Text));
         std::vector<std::string> faults(table.size());
         std::atomic<unsigned> next{0};
         std::vector<std::thread> threads;
@@ -61,7 +67,9 @@ protected:
         for (unsigned i = 0; i < callers; ++i)
             threads.emplace_back([&] {
                 for (unsigned entry = next++; entry < table.size(); entry = next++)
-                    faults[entry] = Meet(firstHost + entry, table[entry]);
+                    faults[entry] =
+                        Meet(where == Where::here ? TargetOf(firstHost + entry) : RoutedTargetOf(firstHost + entry),
+                             firstHost + entry, table[entry]);
             });
         for (std::thread& thread : threads)
             thread.join();
@@ -113,21 +121,33 @@ TEST_F(CatalogueTest, MeetsCommandsAnsweredInEveryWay) {
     MeetAll(CommandEntries());
 }
 
+TEST_F(CatalogueTest, GivesAnswersBehindRoutersToTheirRequestOnly) {
+    MeetAll(RoutedEntries(), Where::behind_routers);
+}
+TEST_F(CatalogueTest, PutsSegmentsFromBehindRoutersTogetherOrEnds) {
+    MeetAll(RoutedSegmentEntries(), Where::behind_routers);
+}
+
 TEST(CatalogueTablesTest, HoldAtLeast120DifferentMisbehaviours) {
     std::set<std::string> names;
     std::set<std::string> scripts;
     std::size_t entries = 0;
-    for (const Table& table : {VirtualLinkEntries(), NetworkEntries(), ApduEntries(), MatchingEntries(),
-                               FailureEntries(), TagEntries(), ValueEntries(), MultipleEntries(), ObjectListEntries(),
-                               SegmentEntries(), RangeEntries(), FileEntries(), SummaryEntries(), CommandEntries()})
+    const auto key = [](auto* function) { return std::to_string(reinterpret_cast<std::uintptr_t>(function)) + " "; };
+    const auto add = [&](const Table& table, const std::string& where) {
         for (const Entry& entry : table) {
             ++entries;
             EXPECT_TRUE(names.insert(entry.Name).second) << "twice: " << entry.Name;
-            const auto key = [](auto* function) { return std::to_string(reinterpret_cast<std::uintptr_t>(function)); };
-            EXPECT_TRUE(
-                scripts.insert(key(entry.Ask) + entry.Text + (entry.Make != nullptr ? key(entry.Make) : "")).second)
+            const std::string made = entry.Make != nullptr ? key(entry.Make) : "";
+            EXPECT_TRUE(scripts.insert(where + key(entry.Ask) + made + entry.Text).second)
                 << "as another one: " << entry.Name;
         }
+    };
+    for (const Table& table : {VirtualLinkEntries(), NetworkEntries(), ApduEntries(), MatchingEntries(),
+                               FailureEntries(), TagEntries(), ValueEntries(), MultipleEntries(), ObjectListEntries(),
+                               SegmentEntries(), RangeEntries(), FileEntries(), SummaryEntries(), CommandEntries()})
+        add(table, "");
+    for (const Table& table : {RoutedEntries(), RoutedSegmentEntries()})
+        add(table, "behind a router ");
     EXPECT_GE(entries, 120U);
     RecordProperty("entries", static_cast<int>(entries));
 }

@@ -86,4 +86,25 @@ Table NetworkEntries() {
     };
 }
 
+Table RoutedEntries() {
+    return {
+        {"answer over a router", ReadProperty, "GOOD", BACSTAC_OK, "72.3"},
+        {"error over a router", ReadProperty, "50 ID 0C 91 01 91 1F", BACSTAC_STATUS_ERROR},
+        {"silence behind a router", ReadProperty, "-", BACSTAC_STATUS_TIMEOUT},
+        {"late answer over a router", ReadProperty, "after=500 GOOD ; -", BACSTAC_OK, "72.3"},
+        {"answer twice over a router", ReadProperty, "times=2 GOOD", BACSTAC_OK, "72.3"},
+        Dropped("answer of the router itself", "npdu 01 00 GOOD"),
+        Dropped("answer of another station behind the router", "npdu 01 08 00 09 01 07 GOOD"),
+        Dropped("answer of a station with a longer address", "npdu 01 08 00 09 02 07 00 GOOD"),
+        Dropped("answer of a station with the longest address there is", "npdu 01 08 00 09 12 07*18 GOOD"),
+        Dropped("answer that goes on to another network", "npdu 01 28 00 63 01 05 00 09 01 07 FF GOOD"),
+        Dropped("error of the router itself", "npdu 01 00 50 ID 0C 91 01 91 1F"),
+        Dropped("abort of the router itself", "npdu 01 00 71 ID 04"),
+        {"answer over another router than asked", ReadProperty, "from=stranger GOOD", BACSTAC_OK, "72.3"},
+        Dropped("network that the router has lost, another one", "npdu 01 80 03 01 00 63"),
+        Dropped("router that is busy, for another network", "npdu 01 80 04 00 63"),
+        Dropped("message too long, for another network", "npdu 01 80 03 04 00 63"),
+    };
+}
+
 } // namespace catalogue

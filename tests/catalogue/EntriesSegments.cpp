@@ -122,12 +122,12 @@ Script OneLostOnce() {
 }
 Script OneAlwaysLost() {
     return Segmented(10, [](auto& out, const Sender&, std::uint8_t, unsigned) {
-        std::erase_if(out, [](const Datagram& each) { return each.Bytes.at(8) == 3; });
+        std::erase_if(out, [](const Datagram& each) { return each.Bytes.at(2) == 3; });
     });
 }
 Script LastLost() {
     return Segmented(10, [](auto& out, const Sender&, std::uint8_t, unsigned) {
-        std::erase_if(out, [](const Datagram& each) { return each.Bytes.at(6) == 0x38; });
+        std::erase_if(out, [](const Datagram& each) { return each.Bytes.at(0) == 0x38; });
     });
 }
 Script FirstOnly() {
@@ -207,16 +207,25 @@ Script StrangerInTheMiddle() {
             out.insert(out.begin(), foreign);
     });
 }
+Script RouterInTheMiddle() {
+    return Segmented(10, [](auto& out, const Sender&, std::uint8_t id, unsigned times) {
+        Datagram foreign = Segment(id, 1, false, {0xAA, 0xAA});
+        foreign.Layer = Datagram::Form::npdu;
+        foreign.Bytes.insert(foreign.Bytes.begin(), {0x01, 0x00});
+        if (times == 1)
+            out.insert(out.begin(), foreign);
+    });
+}
 Script NumbersJump() {
     return Segmented(10, [](auto& out, const Sender&, std::uint8_t, unsigned times) {
         for (Datagram& each : out)
             if (times > 0)
-                each.Bytes.at(8) = static_cast<std::uint8_t>(each.Bytes.at(8) + 128);
+                each.Bytes.at(2) = static_cast<std::uint8_t>(each.Bytes.at(2) + 128);
     });
 }
 Script MoreAfterTheEnd() {
     return Segmented(10, [](auto& out, const Sender& sender, std::uint8_t id, unsigned) {
-        const bool last = !out.empty() && out.back().Bytes.at(6) == 0x38;
+        const bool last = !out.empty() && out.back().Bytes.at(0) == 0x38;
         if (last)
             for (unsigned i = 0; i < 50; ++i)
                 out.push_back(Segment(id, sender.Count() + i, true, Octets(20, 0xAA)));
@@ -294,6 +303,19 @@ Table SegmentEntries() {
          "0 records from 0 first last"},
         {"one segment about another log", ReadRange, "3C ID 00 04 1A 0C 05 00 00 02 19 83 3A 05 C0 49 00 5E",
          BACSTAC_STATUS_TIMEOUT},
+    };
+}
+
+Table RoutedSegmentEntries() {
+    constexpr const char* whole = "10 records from 17 first last";
+    return {
+        {"segments over a router", ReadRange, "", BACSTAC_OK, whole, AsItShould},
+        {"segments over a router, one lost once", ReadRange, "", BACSTAC_OK, whole, OneLostOnce},
+        {"segments over a router, one always lost", ReadRange, "", BACSTAC_STATUS_TIMEOUT, "", OneAlwaysLost},
+        {"segments over a router, of the router itself in the middle", ReadRange, "", BACSTAC_OK, whole,
+         RouterInTheMiddle},
+        {"segments over a router, aborted in the middle", ReadRange, "", BACSTAC_STATUS_ABORT, "", AbortInTheMiddle},
+        {"segments over a router without end", ReadRange, "", BACSTAC_STATUS_BUFFER_TOO_SMALL, "", Endless},
     };
 }
 

@@ -42,5 +42,8 @@ Table RangeEntries();
 Table FileEntries();
 Table SummaryEntries();
 Table CommandEntries();
+// Devices behind a router of their own.
+Table RoutedEntries();
+Table RoutedSegmentEntries();
 
 } // namespace catalogue

@@ -17,6 +17,7 @@ protected:
     static constexpr unsigned STATION_HOST = 1;
     static constexpr unsigned GOOD_HOST = 2; // a device that always answers
     static constexpr unsigned INSTANCE_OF_HOST_0 = 1000;
+    static constexpr unsigned NETWORK_OF_HOST_0 = 300;
 
     Fixture() {
         bacnet::ClientConfig config;
@@ -49,10 +50,30 @@ protected:
         return address;
     }
     Target TargetOf(unsigned host) { return {*m_client, INSTANCE_OF_HOST_0 + host, Address(host)}; }
+    // The device is behind a router, which has the address that it would have itself.
+    static BACSTAC_ADDRESS RoutedAddress(unsigned host) {
+        BACSTAC_ADDRESS address{};
+        address.Remote = 1;
+        address.Network = static_cast<std::uint16_t>(NETWORK_OF_HOST_0 + host);
+        address.Mac[0] = 7;
+        address.MacLength = 1;
+        return address;
+    }
+    Target RoutedTargetOf(unsigned host) { return {*m_client, INSTANCE_OF_HOST_0 + host, RoutedAddress(host)}; }
+    void OpenRouted(unsigned host, Script script) {
+        m_peers.Open(host, std::move(script));
+        const BACSTAC_ADDRESS address = RoutedAddress(host);
+        m_peers.AnnounceNetwork(host, STATION_HOST, address.Network);
+        EXPECT_TRUE(m_client->Transactions().Network().WaitForRoute(address.Network, 10000));
+        Know(host, address);
+    }
+    void Know(unsigned host, const BACSTAC_ADDRESS& address) {
+        BACSTAC_ADDRESS former{};
+        m_client->Directory().Learn({INSTANCE_OF_HOST_0 + host, 1476, 3, 260}, address, former);
+    }
     void Open(unsigned host, Script script) {
         m_peers.Open(host, std::move(script));
-        BACSTAC_ADDRESS former{};
-        m_client->Directory().Learn({INSTANCE_OF_HOST_0 + host, 1476, 3, 260}, Address(host), former);
+        Know(host, Address(host));
     }
 
     testing_support::LoopbackBlock m_block;

@@ -49,13 +49,12 @@ Octets WithBvll(const Octets& npdu) {
 
 Datagram Assemble(std::string_view text, const Octets& request) {
     Datagram datagram;
-    enum { apdu, npdu, raw } layer = apdu;
     std::string rest;
     for (const std::string_view word : Words(text)) {
         if (word == "raw")
-            layer = raw;
+            datagram.Layer = Datagram::Form::whole;
         else if (word == "npdu")
-            layer = npdu;
+            datagram.Layer = Datagram::Form::npdu;
         else if (word.starts_with("after="))
             datagram.AfterMs = Number(word.substr(6), 10);
         else if (word.starts_with("times="))
@@ -67,17 +66,38 @@ Datagram Assemble(std::string_view text, const Octets& request) {
         else
             rest.append(word).append(" ");
     }
-    Octets octets = AssembleOctets(rest, request);
-    if (layer == apdu)
-        octets.insert(octets.begin(), {0x01, 0x00});
-    datagram.Bytes = layer == raw ? octets : WithBvll(octets);
+    datagram.Bytes = AssembleOctets(rest, request);
     return datagram;
 }
 
-// The APDU of an NPDU that goes to this station; empty for anything else.
-Octets ApduOf(const std::uint8_t* datagram, std::size_t size) {
-    const bool plain = size > 6 && datagram[0] == 0x81 && datagram[1] == 0x0A && (datagram[5] & 0xA8) == 0;
-    return plain ? Octets(datagram + 6, datagram + size) : Octets{};
+// The headers that the datagram lacks; asked is the remote station that it comes from, if any.
+Octets Wrapped(const Datagram& datagram, const Octets& asked) {
+    if (datagram.Layer == Datagram::Form::whole)
+        return datagram.Bytes;
+    Octets npdu;
+    if (datagram.Layer == Datagram::Form::apdu) {
+        npdu = {0x01, static_cast<std::uint8_t>(asked.empty() ? 0x00 : 0x08)};
+        npdu.insert(npdu.end(), asked.begin(), asked.end());
+    }
+    npdu.insert(npdu.end(), datagram.Bytes.begin(), datagram.Bytes.end());
+    return WithBvll(npdu);
+}
+
+// The APDU of an NPDU that asks this station, or one behind it; empty for anything else.
+Octets ApduOf(const std::uint8_t* datagram, std::size_t size, Octets& asked) {
+    asked.clear();
+    if (size <= 6 || datagram[0] != 0x81 || datagram[1] != 0x0A || (datagram[5] & 0x88) != 0)
+        return {};
+    const std::uint8_t* at = datagram + 6;
+    const std::uint8_t* const end = datagram + size;
+    if ((datagram[5] & 0x20) != 0) {
+        const std::ptrdiff_t station = end - at > 3 ? 3 + at[2] : 3;
+        if (end - at <= station + 1)
+            return {};
+        asked.assign(at, at + station);
+        at += station + 1; // and the hop count
+    }
+    return {at, end};
 }
 
 // Position of the invoke id in a request; what else comes has it in octet 1.
@@ -112,10 +132,8 @@ Octets AssembleOctets(std::string_view tokens, const Octets& request) {
 }
 
 Datagram ApduDatagram(const Octets& apdu) {
-    Octets npdu{0x01, 0x00};
-    npdu.insert(npdu.end(), apdu.begin(), apdu.end());
     Datagram datagram;
-    datagram.Bytes = WithBvll(npdu);
+    datagram.Bytes = apdu;
     return datagram;
 }
 
@@ -212,7 +230,7 @@ void RawPeers::Run() {
         while (!m_later.empty() && m_later.begin()->first <= Clock::now()) {
             const Later due = m_later.begin()->second;
             m_later.erase(m_later.begin());
-            Send(due.Host, due.What, due.ToIp, due.ToPort);
+            Send(due.Host, due.What, due.To);
         }
     }
 }
@@ -227,7 +245,8 @@ void RawPeers::Receive(unsigned host) {
             recvfrom(peer.Socket, octets.data(), octets.size(), 0, reinterpret_cast<sockaddr*>(&from), &length);
         if (size < 0)
             return;
-        const Octets apdu = ApduOf(octets.data(), static_cast<std::size_t>(size));
+        Asker asker{ntohl(from.sin_addr.s_addr), ntohs(from.sin_port), {}};
+        const Octets apdu = ApduOf(octets.data(), static_cast<std::size_t>(size), asker.Asked);
         if (apdu.size() < 2 || (apdu[0] >> 4 == 0 && apdu.size() < 4))
             continue;
         std::vector<Datagram> answers;
@@ -235,31 +254,37 @@ void RawPeers::Receive(unsigned host) {
             answers = peer.Answer(apdu);
         else if (apdu[0] >> 4 == 0)
             answers.push_back(ApduDatagram(AssembleOctets(apdu[3] == 0x0C ? goodAnswer : "60 ID 09", apdu)));
-        const std::uint32_t ip = ntohl(from.sin_addr.s_addr);
         for (const Datagram& answer : answers) {
             if (answer.AfterMs == 0)
-                Send(host, answer, ip, ntohs(from.sin_port));
+                Send(host, answer, asker);
             else
-                m_later.emplace(Clock::now() + std::chrono::milliseconds(answer.AfterMs),
-                                Later{host, answer, ip, ntohs(from.sin_port)});
+                m_later.emplace(Clock::now() + std::chrono::milliseconds(answer.AfterMs), Later{host, answer, asker});
         }
     }
 }
 
-void RawPeers::Send(unsigned host, const Datagram& datagram, std::uint32_t ip, std::uint16_t port) {
+void RawPeers::AnnounceNetwork(unsigned host, unsigned stationHost, std::uint16_t network) {
+    Datagram datagram;
+    datagram.Layer = Datagram::Form::npdu;
+    datagram.Bytes = {0x01, 0x80, 0x01, static_cast<std::uint8_t>(network >> 8), static_cast<std::uint8_t>(network)};
+    const std::lock_guard lock(m_lock);
+    Send(host, datagram, {m_block.Ip(stationHost), m_block.Port(), {}});
+}
+
+void RawPeers::Send(unsigned host, const Datagram& datagram, const Asker& asker) {
     const Peer& peer = m_peers.at(host);
     sockaddr_in to{};
     to.sin_family = AF_INET;
-    to.sin_addr.s_addr = htonl(ip);
-    to.sin_port = htons(port);
+    to.sin_addr.s_addr = htonl(asker.Ip);
+    to.sin_port = htons(asker.Port);
     int handle = peer.Socket;
     if (datagram.Sender == Datagram::From::other_port)
         handle = peer.OtherPort;
     else if (datagram.Sender == Datagram::From::stranger)
         handle = m_stranger;
+    const Octets bytes = Wrapped(datagram, asker.Asked);
     for (unsigned i = 0; i < datagram.Times; ++i)
-        sendto(handle, datagram.Bytes.data(), datagram.Bytes.size(), 0, reinterpret_cast<const sockaddr*>(&to),
-               sizeof to);
+        sendto(handle, bytes.data(), bytes.size(), 0, reinterpret_cast<const sockaddr*>(&to), sizeof to);
 }
 
 } // namespace catalogue

@@ -22,7 +22,9 @@ using Octets = std::vector<std::uint8_t>;
 // What a device sends.
 struct Datagram {
     enum class From : std::uint8_t { itself, other_port, stranger };
-    Octets Bytes; // whole, from the first octet of the virtual link layer on
+    enum class Form : std::uint8_t { apdu, npdu, whole };
+    Octets Bytes;
+    Form Layer = Form::apdu; // that Bytes begin at; the headers below are put before them
     unsigned AfterMs = 0;
     unsigned Times = 1;
     From Sender = From::itself;
@@ -58,6 +60,8 @@ public:
     void Open(unsigned host, Script script);
     // The device answers as it should from now on.
     void Behave(unsigned host);
+    // The device, a router, says to the station which network it leads to.
+    void AnnounceNetwork(unsigned host, unsigned stationHost, std::uint16_t network);
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -67,17 +71,22 @@ private:
         Script Answer;
         bool Good = false;
     };
+    // Where an answer goes.
+    struct Asker {
+        std::uint32_t Ip = 0;
+        std::uint16_t Port = 0;
+        Octets Asked; // network, length and address of the remote station that was asked; empty: the device itself
+    };
     struct Later {
         unsigned Host = 0;
         Datagram What;
-        std::uint32_t ToIp = 0;
-        std::uint16_t ToPort = 0;
+        Asker To;
     };
 
     int NewSocket(unsigned host, std::uint16_t port) const;
     void Run();
     void Receive(unsigned host);
-    void Send(unsigned host, const Datagram& datagram, std::uint32_t ip, std::uint16_t port);
+    void Send(unsigned host, const Datagram& datagram, const Asker& to);
 
     const testing_support::LoopbackBlock& m_block;
     int m_stranger = -1;
