@@ -2,6 +2,7 @@
 
 #include "base/DurableFile.h"
 #include "host/BacnetNames.h"
+#include "platform/stack/codec/CodePage.h"
 
 #include <arpa/inet.h>
 #include <toml++/toml.h>
@@ -330,6 +331,18 @@ void ReadTag(CTableReader& reader, std::set<std::string>& names, Config& config,
     config.tags.push_back(std::move(tag));
 }
 
+void ReadDevice(CTableReader& reader, std::vector<DeviceConfig>& devices) {
+    DeviceConfig& device = devices.emplace_back();
+    reader.Require("instance");
+    reader.Integer("instance", 0, 4194302, device.instance);
+    reader.Text("text", 63, device.text);
+    reader.Check("text", device.text.empty() || !bacnet::FindEncoding(device.text).empty(),
+                 "names no encoding that is known here");
+    const bool isTwice = std::any_of(devices.begin(), devices.end() - 1,
+                                     [&](const DeviceConfig& other) { return other.instance == device.instance; });
+    reader.Check("instance", !isTwice, "is that of an earlier device");
+}
+
 void ReadFileName(CTableReader& reader, std::string& target, const char* key = "file") {
     reader.Text(key, 255, target);
     reader.Check(key, IsFileName(target), "must be the name of a file in the data folder, without a path");
@@ -361,6 +374,7 @@ void ReadRoot(const toml::table& table, Config& config, Faults& faults) {
     });
     ReadSection(root, "history", faults,
                 [&](CTableReader& r) { r.Integer("transfer_chunk", 1, 32767, config.transferChunk); });
+    ReadSections(root, "device", faults, [&](CTableReader& r) { ReadDevice(r, config.devices); });
     std::set<std::string> names;
     ReadSections(root, "tag", faults, [&](CTableReader& r) { ReadTag(r, names, config, faults); });
     root.RefuseTheRest();

@@ -70,6 +70,14 @@ struct TagConfig {
     std::optional<BacnetReference> bacnet;
 };
 
+// [[device]]: what one device is to be handled by.
+struct DeviceConfig {
+    std::uint32_t instance = 0; // 0..4194302, each once
+    // What its text really is, whatever it says of itself: an encoding that the system knows, "cp932", "iso-8859-2".
+    // Empty: what it says.
+    std::string text;
+};
+
 struct Config {
     IdentityConfig identity;
     std::string station = "LOCAL";   // [station] name, up to 15 bytes; empty: tags are named without a station
@@ -85,6 +93,7 @@ struct Config {
     // (docs/vendor-names.md). The file need not be there.
     std::string vendorNamesFile = "vendor-names.txt";
     std::uint32_t transferChunk = 100; // [history] transfer_chunk, records in one ReadRange, 1..32767
+    std::vector<DeviceConfig> devices;
     std::vector<TagConfig> tags;
 };
 

@@ -6,6 +6,10 @@
 
 bacnet::ClientConfig StackConfigOf(const Config& config, const std::string& folder, CStationStore& station) {
     bacnet::ClientConfig stack;
+    for (const DeviceConfig& device : config.devices) {
+        if (!device.text.empty())
+            stack.TextEncodings.emplace(device.instance, device.text);
+    }
     for (const NetworkConfig& network : config.networks) {
         bacnet::ClientPort port;
         port.Network = network.number;

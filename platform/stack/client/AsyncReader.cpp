@@ -1,6 +1,7 @@
 #include "platform/stack/client/AsyncReader.h"
 
 #include "platform/stack/client/PropertyAnswer.h"
+#include "platform/stack/codec/CharacterSet.h"
 #include "platform/stack/codec/Writer.h"
 
 namespace bacnet {
@@ -23,6 +24,7 @@ BACSTAC_STATUS AsyncReader::Submit(unsigned device, AsyncRead& read) {
 void AsyncRead::OnDone(const CallResult& result) {
     Error = {};
     Status = m_client->Conclude(m_peer, ConfirmedService::readProperty, result, Answer.Octets(), &Error);
+    const TextScope text(m_client->TextEncoding(m_peer.Address));
     if (Status == BACSTAC_OK)
         Status = ReadAnswerInto(Answer.Octets(), Target, Contents);
     OnRead();

@@ -3,6 +3,7 @@
 #include "api/bacnet/Log.h"
 #include "platform/stack/client/RequestBuffer.h"
 #include "platform/stack/client/Status.h"
+#include "platform/stack/codec/CodePage.h"
 #include "platform/stack/codec/Writer.h"
 #include "platform/stack/directory/DirFile.h"
 #include "platform/stack/services/WhoIs.h"
@@ -69,6 +70,19 @@ std::vector<BipPort*> BipPortsOf(const std::vector<ClientLink>& links) {
     return ports;
 }
 
+// By the system's names; what it does not know is left out, so that text is what it says.
+std::map<std::uint32_t, std::string> KnownEncodings(const std::map<std::uint32_t, std::string>& configured) {
+    std::map<std::uint32_t, std::string> known;
+    for (const auto& [device, name] : configured) {
+        const std::string encoding = FindEncoding(name);
+        if (!encoding.empty())
+            known.emplace(device, encoding);
+        else
+            ::LogErr("Device %u: the encoding \"%s\" is not known", device, name.c_str());
+    }
+    return known;
+}
+
 } // namespace
 
 std::unique_ptr<BacnetClient> BacnetClient::Open(const ClientConfig& config, std::string& failure) {
@@ -94,7 +108,8 @@ std::unique_ptr<BacnetClient> BacnetClient::Open(const ClientConfig& config, std
 
 BacnetClient::BacnetClient(const ClientConfig& config, std::vector<ClientLink> links, const IClock* clock)
     : m_links(std::move(links)), m_networkAdmin(m_network, BipPortsOf(m_links)),
-      m_traits(clock != nullptr ? *clock : m_clock), m_server(config.Device, config.Transactions),
+      m_textEncodings(KnownEncodings(config.TextEncodings)), m_traits(clock != nullptr ? *clock : m_clock),
+      m_server(config.Device, config.Transactions),
       m_transactions(
           [this]() -> NetworkLayer& {
               m_network.SetGate([this](std::uint16_t network) { return m_networkStates.IsEnabled(network); });
@@ -128,6 +143,14 @@ BACSTAC_STATUS BacnetClient::FindPeer(const BACSTAC_ADDRESS& address, Peer& peer
     if (address.MacLength == 0 || address.MacLength > sizeof address.Mac)
         return BACSTAC_STATUS_INVALID_ARGUMENT;
     return m_networkStates.IsEnabled(address.Network) ? BACSTAC_OK : BACSTAC_STATUS_DISABLED;
+}
+
+const std::string* BacnetClient::TextEncoding(const BACSTAC_ADDRESS& address) const {
+    for (const auto& [device, encoding] : m_textEncodings) {
+        if (m_directory.GetDevAddr(device) == address)
+            return &encoding;
+    }
+    return nullptr;
 }
 
 BACSTAC_STATUS BacnetClient::Exchange(const Peer& peer, ConfirmedService service, std::span<const std::uint8_t> request,

@@ -63,6 +63,9 @@ public:
     BACSTAC_STATUS FindPeer(unsigned device, Peer& peer) const;
     BACSTAC_STATUS FindPeer(const BACSTAC_ADDRESS& address, Peer& peer) const;
 
+    // What the text of the device at an address is encoded in, for a TextScope; null where it is what it says.
+    const std::string* TextEncoding(const BACSTAC_ADDRESS& address) const;
+
     // One confirmed exchange. answer holds the service's result after BACSTAC_OK.
     BACSTAC_STATUS Exchange(const Peer& peer, ConfirmedService service, std::span<const std::uint8_t> request,
                             AnswerBuffer& answer, BACSTAC_ERROR* error, AnswerCheck check = nullptr);
@@ -202,6 +205,7 @@ private:
     NetworkLayer m_network;
     NetworkAdmin m_networkAdmin;
     LiveDirectory m_directory;
+    const std::map<std::uint32_t, std::string> m_textEncodings; // by device
     IAmCallbacks m_callbacks;
     NetworkStates m_networkStates;
     PeerTraits m_traits;

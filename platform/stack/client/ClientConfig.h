@@ -6,6 +6,7 @@
 #include "platform/stack/transport/BroadcastSettings.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -41,6 +42,9 @@ struct ClientConfig {
     std::vector<ClientPort> Ports;
     TransactionSettings Transactions; // APDU timeout and retries among them
     OwnDevice Device;
+    // Devices by instance whose text is of another encoding than it says, each as FindEncoding knows it
+    // (platform/stack/codec/CodePage.h).
+    std::map<std::uint32_t, std::string> TextEncodings;
     // Where the datagrams of all ports are recorded, for network analysers (pcap); empty: nowhere. A file that is there
     // is overwritten.
     std::string CaptureFile;

@@ -3,6 +3,7 @@
 #include "platform/stack/client/RequestBuffer.h"
 #include "platform/stack/client/Status.h"
 #include "platform/stack/client/Values.h"
+#include "platform/stack/codec/CharacterSet.h"
 #include "platform/stack/services/ReadConditional.h"
 #include "platform/stack/services/ReadPropertyMultiple.h"
 
@@ -109,6 +110,7 @@ BACSTAC_STATUS BacnetClient::ReadPropertyConditional(unsigned device, BACSTAC_RE
     if (status != BACSTAC_OK)
         return status;
 
+    const TextScope text(TextEncoding(GetDevAddr(device)));
     Work work(result->Buffer, result->BufferSize);
     Reader reader(answer.Octets());
     BACSTAC_OBJECT_ID object{};

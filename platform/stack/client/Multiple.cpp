@@ -2,6 +2,7 @@
 #include "platform/stack/client/BacnetClient.h"
 #include "platform/stack/client/Status.h"
 #include "platform/stack/client/Values.h"
+#include "platform/stack/codec/CharacterSet.h"
 #include "platform/stack/codec/Writer.h"
 #include "platform/stack/schema/ObjectTypes.h"
 #include "platform/stack/services/ReadPropertyMultiple.h"
@@ -108,6 +109,7 @@ BACSTAC_STATUS BacnetClient::ReadTogether(const Peer& peer, BACSTAC_OBJECT_ID co
         Exchange(peer, ConfirmedService::readPropertyMultiple, writer.Written(), answer, error);
     if (status != BACSTAC_OK)
         return status;
+    const TextScope text(TextEncoding(peer.Address));
     return TakeResults(answer.Octets(), objects, items, count) ? BACSTAC_OK : BACSTAC_STATUS_INVALID_ANSWER;
 }
 
@@ -193,6 +195,7 @@ BACSTAC_STATUS BacnetClient::ReadPropertyList(BACSTAC_ADDRESS const& address, BA
         return status;
     }
 
+    const TextScope text(TextEncoding(peer.Address));
     RpmAckReader reader(answer.Octets());
     RpmResult result;
     unsigned read = 0;

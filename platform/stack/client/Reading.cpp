@@ -2,6 +2,7 @@
 #include "platform/stack/client/BacnetClient.h"
 #include "platform/stack/client/PropertyAnswer.h"
 #include "platform/stack/client/Values.h"
+#include "platform/stack/codec/CharacterSet.h"
 #include "platform/stack/codec/Writer.h"
 #include "platform/stack/services/ReadRange.h"
 #include "platform/stack/transaction/AsyncCaller.h"
@@ -37,8 +38,10 @@ BACSTAC_STATUS BacnetClient::ReadContents(const Peer& peer, const PropertyTarget
     AnswerBuffer answer;
     std::span<const std::uint8_t> value;
     const BACSTAC_STATUS status = ReadEncoded(peer, target, answer, value, error);
-    if (status == BACSTAC_OK)
+    if (status == BACSTAC_OK) {
+        const TextScope text(TextEncoding(peer.Address));
         return ValueInto(value, target, contents);
+    }
     SetEmpty(contents);
     return status;
 }
@@ -114,6 +117,7 @@ BACSTAC_STATUS BacnetClient::AsyncReadProperty(unsigned device, BACSTAC_OBJECT_I
                 caller.Poll(pollMs);
         }
         status = Conclude(peer, ConfirmedService::readProperty, request.Result, request.Answer.Octets(), error);
+        const TextScope text(TextEncoding(peer.Address));
         if (status == BACSTAC_OK)
             status = ReadAnswerInto(request.Answer.Octets(), target, contents);
     }
@@ -153,6 +157,7 @@ BACSTAC_STATUS BacnetClient::ReadRange(unsigned device, BACSTAC_OBJECT_ID const&
         return BACSTAC_STATUS_INVALID_ANSWER;
 
     bool dropped = false;
+    const TextScope text(TextEncoding(peer.Address));
     status = ItemsInto(ack.Items, range.Target, *contents, dropped);
     if (status != BACSTAC_OK)
         return status;

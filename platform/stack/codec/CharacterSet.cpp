@@ -1,5 +1,7 @@
 #include "platform/stack/codec/CharacterSet.h"
 
+#include "platform/stack/codec/CodePage.h"
+
 #include "base/Utf8.h"
 
 #include <algorithm>
@@ -9,6 +11,8 @@ namespace bacnet {
 namespace {
 
 constexpr char32_t REPLACEMENT = 0xFFFD;
+
+thread_local const std::string* givenEncoding = nullptr; // of the innermost TextScope
 
 // Characters 0x80..0x9F of Windows-1252; the five that it leaves open are controls.
 constexpr std::array<char16_t, 32> WINDOWS_1252 = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
@@ -149,6 +153,16 @@ void PutUcs4(Octets octets, Utf8Out& out) {
     }
 }
 
+// False when the system does not know the encoding, and when it is strict and an octet is wrong.
+bool PutEncoding(const std::string& encoding, Octets octets, bool strict, Utf8Out& out) {
+    bool ended = false;
+    return DecodeEncoding(encoding, octets, strict, [&](char32_t c) {
+        ended = ended || c == 0;
+        if (!ended)
+            out.Put(c);
+    });
+}
+
 void PutDbcs(Octets octets, Utf8Out& out) {
     if (octets.size() < 2)
         return;
@@ -162,8 +176,33 @@ void PutDbcs(Octets octets, Utf8Out& out) {
         PutTable(text, {}, out);
     else if (page == 65001)
         PutUtf8(text, out);
-    else
+    else if (!PutEncoding(EncodingOfCodePage(page), text, false, out))
         PutAscii(text, out);
+}
+
+// The standard does not say how the characters of JIS X 0208 become octets: with escapes, or as Japanese systems keep
+// them, is what devices do. Seven-bit octets without an escape are Latin letters.
+void PutJis(Octets octets, Utf8Out& out) {
+    const bool escapes = std::find(octets.begin(), octets.end(), 0x1B) != octets.end();
+    if (escapes && PutEncoding("ISO-2022-JP", octets, false, out))
+        return;
+    const bool eightBits = std::any_of(octets.begin(), octets.end(), [](std::uint8_t octet) { return octet >= 0x80; });
+    if (eightBits) {
+        for (const char* const encoding : {"CP932", "EUC-JP"}) {
+            if (DecodeEncoding(encoding, octets, true, [](char32_t) {}))
+                return static_cast<void>(PutEncoding(encoding, octets, true, out));
+        }
+    }
+    PutAscii(octets, out);
+}
+
+// As octets of the encoding that the user gave the device.
+bool PutOverridden(Octets octets, Utf8Out& out) {
+    if (octets[0] == CHARSET_DBCS)
+        octets = octets.subspan(std::min<std::size_t>(octets.size(), 3)); // with the code page
+    else
+        octets = octets.subspan(1);
+    return PutEncoding(*givenEncoding, octets, false, out);
 }
 
 } // namespace
@@ -187,16 +226,24 @@ std::size_t CutUtf8(std::string_view text, std::size_t limit) {
     return cut;
 }
 
+TextScope::TextScope(const std::string* encoding) : m_former(givenEncoding) {
+    givenEncoding = encoding;
+}
+
+TextScope::~TextScope() {
+    givenEncoding = m_former;
+}
+
 std::size_t DecodeText(std::span<const std::uint8_t> octets, char* text, std::size_t capacity) {
     Utf8Out out(text, capacity);
-    if (!octets.empty()) {
+    if (!octets.empty() && !(givenEncoding != nullptr && PutOverridden(octets, out))) {
         const Octets rest = octets.subspan(1);
         switch (octets[0]) {
         case CHARSET_DBCS:
             PutDbcs(rest, out);
             break;
         case CHARSET_JIS:
-            PutAscii(rest, out);
+            PutJis(rest, out);
             break;
         case CHARSET_UCS4:
             PutUcs4(rest, out);
@@ -217,7 +264,12 @@ std::size_t DecodeText(std::span<const std::uint8_t> octets, char* text, std::si
 
 std::string DecodeText(std::span<const std::uint8_t> octets) {
     std::string text(DecodedTextBound(octets.size()), '\0');
-    text.resize(DecodeText(octets, text.data(), text.size()));
+    std::size_t length = DecodeText(octets, text.data(), text.size());
+    if (length >= text.size()) { // an encoding of the system that makes several characters of one
+        text.resize(length + 1);
+        length = DecodeText(octets, text.data(), text.size());
+    }
+    text.resize(length);
     return text;
 }
 

@@ -97,6 +97,9 @@ file = "b.xml"
 vendor_names = "c.txt"
 [history]
 transfer_chunk = 32767
+[[device]]
+instance = 1001
+text = "cp932"
 [[tag]]
 name = "AHU1 Supply"
 type = "analog"
@@ -145,6 +148,9 @@ initial = 12
     EXPECT_EQ(config.settingsFile, "a.dat");
     EXPECT_EQ(config.directoryFile, "b.xml");
     EXPECT_EQ(config.vendorNamesFile, "c.txt");
+    ASSERT_EQ(config.devices.size(), 1U);
+    EXPECT_EQ(config.devices[0].instance, 1001U);
+    EXPECT_EQ(config.devices[0].text, "cp932");
     EXPECT_EQ(config.transferChunk, 32767U);
 
     ASSERT_EQ(config.tags.size(), 4U);
@@ -192,6 +198,13 @@ TEST(Config, FindsEveryFaultInTheOrderOfTheFile) {
                             "3:12: [identity]: \"instance\" must be a whole number from 0 to 4194302",
                             "5:11: [stack]: \"retries\" must be a whole number from 0 to 10",
                             "7:20: [history]: \"transfer_chunk\" must be a whole number from 1 to 32767"));
+}
+
+TEST(Config, RefusesDevicesTwiceAndUnknownEncodings) {
+    EXPECT_THAT(FaultsOf("[[device]]\ntext = \"klingon\"\ninstance = 5\n[[device]]\ninstance = 5\n[[device]]\n"),
+                ElementsAre("2:8: [[device]]: \"text\" names no encoding that is known here",
+                            "5:12: [[device]]: \"instance\" is that of an earlier device",
+                            "6:1: [[device]]: \"instance\" is missing"));
 }
 
 TEST(Config, RefusesUnknownSectionsAndWrongKinds) {

@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
+#include <string>
 
 class ClientFixture : public testing::Test {
 protected:
@@ -19,12 +21,13 @@ protected:
             BACnet = nullptr;
     }
 
-    void Restart(const bacnet::OwnDevice& device) {
+    void Restart(const bacnet::OwnDevice& device, const std::map<std::uint32_t, std::string>& textEncodings = {}) {
         bacnet::ClientConfig config;
         config.Transactions.TimeoutMs = TimeoutMs;
         config.Transactions.Retries = Retries;
         config.Transactions.RouterWaitMs = 100;
         config.Device = device;
+        config.TextEncodings = textEncodings;
         auto link = std::make_unique<ScriptedLink>();
         m_link = link.get();
         std::vector<bacnet::ClientLink> links;

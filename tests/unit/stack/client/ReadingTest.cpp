@@ -75,6 +75,32 @@ TEST_F(ReadingTest, CutsTextToTheBuffer) {
     EXPECT_EQ(std::memcmp(text, "Sup\0xxx", 7), 0);
 }
 
+// The octets are CF F0, said to be ISO 8859-1; the device means code page 1251.
+TEST_F(ReadingTest, TakesTheTextOfADeviceAsTheUserSaysItIs) {
+    Restart({}, {{DeviceAt(1), "cp1251"}, {DeviceAt(3), "no such encoding"}});
+    const BACSTAC_OBJECT_ID object{OBJ_ANALOG_INPUT, 5};
+    const auto read = [&](std::uint8_t last) {
+        ServeAlways(last, "30 00 0C 0C 00 00 00 05 19 4D 3E 73 05 CF F0 3F");
+        char text[16] = {};
+        EXPECT_EQ(m_client->ReadProperty(DeviceAt(last), object, PROP_OBJECT_NAME, -1, text, sizeof text, nullptr),
+                  BACSTAC_OK);
+        return std::string(text);
+    };
+    EXPECT_EQ(read(1), "\xD0\x9F\xD1\x80");
+    EXPECT_EQ(read(2), "\xC3\x8F\xC3\xB0") << "another device is not touched";
+    EXPECT_EQ(read(3), "\xC3\x8F\xC3\xB0") << "an unknown encoding changes nothing";
+
+    CPropertyContents contents;
+    EXPECT_EQ(m_client->ReadProperty(Address(1), object, PROP_OBJECT_NAME, -1, contents, nullptr), BACSTAC_OK);
+    EXPECT_STREQ(static_cast<const char*>(contents.Buffer), "\xD0\x9F\xD1\x80") << "by address too";
+
+    ServeAlways(1, "30 00 0E 0C 00 00 00 05 1E 29 4D 4E 73 05 CF F0 4F 1F");
+    BACSTAC_READ_RESULT_ITEM item{PROP_OBJECT_NAME, -1, 0, contents, {}};
+    EXPECT_EQ(m_client->ReadPropertyMultiple(DeviceAt(1), {}, &object, &item, 1, nullptr), BACSTAC_OK);
+    EXPECT_EQ(item.Success, 1);
+    EXPECT_STREQ(static_cast<const char*>(contents.Buffer), "\xD0\x9F\xD1\x80") << "among others too";
+}
+
 TEST_F(ReadingTest, FillsContentsWithTypeAndCount) {
     ServeAlways(1, textAck);
     CPropertyContents contents;
