@@ -1,6 +1,7 @@
 // Clients that other people wrote read simulated devices: what they make of our encoding, value by value.
 #include "simulator/Generate.h"
 #include "simulator/Simulator.h"
+#include "simulator/model/Standard.h"
 #include "tests/interop/NodePeer.h"
 #include "tests/support/Loopback.h"
 
@@ -18,6 +19,10 @@ namespace interop {
 namespace {
 
 using nlohmann::json;
+using sim::OBJ_SCHEDULE;
+using sim::PROP_DATE_LIST;
+using sim::PROP_EFFECTIVE_PERIOD;
+using sim::PROP_WEEKLY_SCHEDULE;
 using sim::Value;
 
 constexpr unsigned DEVICE = 1000;
@@ -25,6 +30,8 @@ constexpr unsigned ROUTED_DEVICE = 1001;
 constexpr BACSTAC_OBJECT_ID POINT{OBJ_ANALOG_VALUE, 1};
 constexpr BACSTAC_OBJECT_ID TARGET{OBJ_ANALOG_VALUE, 2}; // the same properties, with values to be written over
 constexpr BACSTAC_OBJECT_ID OUTPUT{OBJ_ANALOG_OUTPUT, 3};
+constexpr BACSTAC_OBJECT_ID SCHEDULE{OBJ_SCHEDULE, 4};
+constexpr BACSTAC_OBJECT_ID CALENDAR{OBJ_CALENDAR, 5};
 constexpr BACSTAC_PROPERTY_ID FIRST = 600; // of the properties below: the standard has no types for these numbers
 
 // What a package is known to read amiss; the other one reads the same octets right.
@@ -136,6 +143,36 @@ bool IsWritten(const Example& example) {
     return example.Ours.GetShape() == sim::Shape::single && example.Ours != Value::Null();
 }
 
+// Monday 21.0 at 8:00 and nothing from 18:30 on, Sunday 1 (enumerated) at 6:00; the year 2026.
+sim::ObjectConfig Schedule() {
+    using Octets = std::vector<std::uint8_t>;
+    const Value empty = Value::Encoded(Octets{0x0E, 0x0F});
+    const Value monday =
+        Value::Encoded(Octets{0x0E, 0xB4, 8, 0, 0, 0, 0x44, 0x41, 0xA8, 0, 0, 0xB4, 18, 30, 0, 0, 0x00, 0x0F});
+    const Value sunday = Value::Encoded(Octets{0x0E, 0xB4, 6, 0, 0, 0, 0x91, 1, 0x0F});
+    sim::ObjectConfig schedule;
+    schedule.Id = SCHEDULE;
+    schedule.Properties.emplace_back(
+        PROP_WEEKLY_SCHEDULE, Value::Array(std::vector<Value>{monday, empty, empty, empty, empty, empty, sunday}));
+    schedule.Properties.emplace_back(PROP_EFFECTIVE_PERIOD,
+                                     Value::Encoded(Octets{0xA4, 126, 1, 1, 255, 0xA4, 126, 12, 31, 255}));
+    return schedule;
+}
+
+// Christmas Eve, the days up to New Year, and the last Friday of each month.
+sim::ObjectConfig Calendar() {
+    using Octets = std::vector<std::uint8_t>;
+    sim::ObjectConfig calendar;
+    calendar.Id = CALENDAR;
+    calendar.Properties.emplace_back(
+        PROP_DATE_LIST, Value::List(std::vector<Value>{
+                            Value::Encoded(Octets{0x0C, 126, 12, 24, 255}),
+                            Value::Encoded(Octets{0x1E, 0xA4, 126, 12, 25, 255, 0xA4, 126, 12, 31, 255, 0x1F}),
+                            Value::Encoded(Octets{0x2B, 255, 6, 5}),
+                        }));
+    return calendar;
+}
+
 class PackageClient : public testing::TestWithParam<const char*> {
 protected:
     void SetUp() override {
@@ -164,6 +201,8 @@ protected:
         sim::ObjectConfig output;
         output.Id = OUTPUT;
         site.Devices.at(0).Objects.push_back(output);
+        site.Devices.at(0).Objects.push_back(Schedule());
+        site.Devices.at(0).Objects.push_back(Calendar());
         site.Routers.at(0).Networks.at(0).Devices.at(0).Objects.push_back(point);
         m_simulator = std::make_unique<sim::Simulator>(std::move(site));
         std::string failure;
@@ -275,7 +314,7 @@ TEST_P(PackageClient, ReadsThroughARouter) {
 TEST_P(PackageClient, ReadsElementsOfArrays) {
     const std::string to = Device();
     json steps = json::array();
-    for (const int index : {0, 1, 2, 5})
+    for (const int index : {0, 1, 2, 7})
         steps.push_back({{"do", "read"},
                          {"to", to},
                          {"type", OBJ_DEVICE},
@@ -283,7 +322,7 @@ TEST_P(PackageClient, ReadsElementsOfArrays) {
                          {"property", PROP_OBJECT_LIST},
                          {"index", index}});
     const json results = Run(steps);
-    EXPECT_EQ(results[0], One(2, 4));
+    EXPECT_EQ(results[0], One(2, 6));
     EXPECT_EQ(results[1], One(12, "8:1000"));
     EXPECT_EQ(results[2], One(12, "2:1"));
     EXPECT_EQ(results[3], json({{"error", "2:42"}})) << "property, invalid array index";
@@ -348,7 +387,7 @@ TEST_P(PackageClient, CommandsAndRelinquishesAnOutput) {
     };
     const auto slot = [&](int priority) {
         json read = step("read", {{"index", priority}});
-        read["property"] = 87; // priority-array
+        read["property"] = sim::PROP_PRIORITY_ARRAY;
         return read;
     };
     const json results = Run(json::array({
@@ -370,6 +409,50 @@ TEST_P(PackageClient, CommandsAndRelinquishesAnOutput) {
     EXPECT_EQ(results[6], One(4, 12.0));
     EXPECT_EQ(results[7], json({{"error", "2:9"}})) << "property, invalid data type";
 }
+
+// Values with a structure, which only one of the packages takes apart.
+class StructureClient : public PackageClient {};
+
+json Raw(int month, int day) {
+    return {{"year", 126}, {"month", month}, {"day", day}, {"wday", 255}};
+}
+
+TEST_P(StructureClient, ReadsASchedule) {
+    const auto read = [&](BACSTAC_PROPERTY_ID property) -> json {
+        return {{"do", "read"}, {"to", Device()}, {"type", OBJ_SCHEDULE}, {"instance", 4}, {"property", property}};
+    };
+    const json results = Run(json::array({read(PROP_WEEKLY_SCHEDULE), read(PROP_EFFECTIVE_PERIOD)}));
+    const json& week = results[0][0]["value"];
+    ASSERT_EQ(week.size(), 7U) << results;
+    ASSERT_EQ(week[0].size(), 2U);
+    EXPECT_EQ(week[0][0]["time"]["value"], "1900-01-01T08:00:00.000Z");
+    EXPECT_EQ(week[0][0]["value"]["type"], 4);
+    EXPECT_EQ(week[0][0]["value"]["value"], 21);
+    EXPECT_EQ(week[0][1]["time"]["value"], "1900-01-01T18:30:00.000Z");
+    EXPECT_EQ(week[0][1]["value"]["type"], 0);
+    for (int day = 1; day < 6; ++day)
+        EXPECT_EQ(week[day], json::array());
+    ASSERT_EQ(week[6].size(), 1U);
+    EXPECT_EQ(week[6][0]["value"]["type"], 9);
+    EXPECT_EQ(week[6][0]["value"]["value"], 1);
+    const json& period = results[1][0]["value"];
+    EXPECT_EQ(period[0]["raw"], Raw(1, 1));
+    EXPECT_EQ(period[1]["raw"], Raw(12, 31));
+}
+
+TEST_P(StructureClient, ReadsACalendar) {
+    const json results = Run(json::array(
+        {{{"do", "read"}, {"to", Device()}, {"type", OBJ_CALENDAR}, {"instance", 5}, {"property", PROP_DATE_LIST}}}));
+    const json& entries = results[0][0]["value"];
+    ASSERT_EQ(entries.size(), 3U) << results;
+    EXPECT_EQ(entries[0]["raw"], Raw(12, 24));
+    EXPECT_EQ(entries[1]["value"][0]["raw"], Raw(12, 25));
+    EXPECT_EQ(entries[1]["value"][1]["raw"], Raw(12, 31));
+    EXPECT_EQ(entries[2]["value"], json({{"month", 255}, {"week", 6}, {"wday", 5}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Packages, StructureClient, testing::Values("@bacnet-js/client"),
+                         [](const auto&) { return std::string("js"); });
 
 INSTANTIATE_TEST_SUITE_P(Packages, PackageClient, testing::Values("node-bacnet", "@bacnet-js/client"),
                          [](const auto& package) { return std::string(package.index == 0 ? "node" : "js"); });
