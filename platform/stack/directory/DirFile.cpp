@@ -9,6 +9,8 @@
 #include <mutex>
 #include <string_view>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 namespace bacnet::directory {
 
@@ -83,19 +85,23 @@ private:
     std::uint32_t m_crc = 0;
 };
 
-bool PutEntry(Payload& payload, const CBACnetObj& entry) {
-    const auto* const values = entry.GetPropVals();
-    payload.Byte(static_cast<std::uint8_t>((entry.IsCommandable() ? flagCommandable : 0) |
-                                           (values != nullptr ? flagValues : 0)));
+void PutEntry(Payload& payload, const CBACnetObj& entry) {
+    std::vector<std::pair<BACSTAC_PROPERTY_ID, StoredValue>> values;
+    if (const auto* const all = entry.GetPropVals()) {
+        for (const auto& [property, value] : *all) {
+            StoredValue stored;
+            if (StoreValue(property, *value, stored))
+                values.emplace_back(property, std::move(stored));
+        }
+    }
+    payload.Byte(
+        static_cast<std::uint8_t>((entry.IsCommandable() ? flagCommandable : 0) | (values.empty() ? 0 : flagValues)));
     payload.Text(entry.GetName());
     payload.Text(entry.GetDesc());
-    if (values == nullptr)
-        return true;
-    payload.Number(values->size());
-    for (const auto& [property, value] : *values) {
-        StoredValue stored;
-        if (!StoreValue(*value, stored))
-            return false;
+    if (values.empty())
+        return;
+    payload.Number(values.size());
+    for (const auto& [property, stored] : values) {
         payload.Number(property);
         payload.Number(stored.ObjectType);
         payload.Byte(stored.List ? 1 : 0);
@@ -103,10 +109,9 @@ bool PutEntry(Payload& payload, const CBACnetObj& entry) {
         payload.Number(static_cast<std::uint64_t>(stored.ElementType - lowestType));
         payload.Text(stored.Encoding);
     }
-    return true;
 }
 
-bool PutDevice(Payload& payload, const CBACnetDev& device) {
+void PutDevice(Payload& payload, const CBACnetDev& device) {
     const BACSTAC_ADDRESS& address = device.GetAddr();
     const std::size_t macLength = std::min<std::size_t>(address.MacLength, sizeof address.Mac);
     payload.Number(device.GetInst());
@@ -115,17 +120,14 @@ bool PutDevice(Payload& payload, const CBACnetDev& device) {
     payload.Byte(static_cast<std::uint8_t>(macLength));
     payload.Bytes({reinterpret_cast<const char*>(address.Mac), macLength});
     payload.Number(device.GetVendorId());
-    if (!PutEntry(payload, device))
-        return false;
+    PutEntry(payload, device);
     payload.Number(device.GetObjects().size());
     for (const CBACnetObj& object : device.GetObjects()) {
         payload.Number(object.GetId().Type);
         payload.Number(object.GetId().Instance);
-        if (!PutEntry(payload, object))
-            return false;
+        PutEntry(payload, object);
         payload.FlushIfFull();
     }
-    return true;
 }
 
 bool WriteAll(CFileReplacement& file, const Devices& devices) {
@@ -135,8 +137,7 @@ bool WriteAll(CFileReplacement& file, const Devices& devices) {
     Payload payload(file);
     payload.Number(devices.size());
     for (const auto& device : devices)
-        if (!PutDevice(payload, *device))
-            return false;
+        PutDevice(payload, *device);
     payload.Finish();
     return file.Finish();
 }
@@ -202,10 +203,8 @@ void GetValues(Source& source, CBACnetObj& entry) {
         stored.Encoding = source.Text();
         if (!source.Good())
             return;
-        if (auto value = RestoreValue(property, stored))
+        if (auto value = RestoreValue(property, stored)) // one that is not known here spoils nothing else
             entry.SetPropVal(property, value.release());
-        else
-            source.Fail();
     }
 }
 

@@ -17,6 +17,8 @@
 //   values: n count, then for each: n property, n object type, u8 list, n data type plus 3, n element type plus 3,
 //           n length, encoding (clause 20.2)
 //
+// Values that have no encoding are left out; values of types that are not known here are passed over.
+//
 // A saved file replaces the former one by a rename, after both it and its folder are on the disk. The former one stays
 // as PATH.bak if it was intact.
 #pragma once

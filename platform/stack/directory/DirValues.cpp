@@ -27,14 +27,20 @@ bool Encode(const BACSTAC_PROPERTY_CONTENTS& contents, std::string& encoding) {
     return false;
 }
 
+DecodeResult DecodeTyped(std::span<const std::uint8_t> octets, const StoredValue& stored,
+                         BACSTAC_PROPERTY_CONTENTS& contents) {
+    const TypeInfo* const type = FindType(stored.ElementType);
+    return type == nullptr ? DecodeResult::malformed : DecodeElements(octets, *type, !stored.List, contents);
+}
+
 // Decoded records are larger than their encoding by an unknown factor: the buffer grows until they fit.
 bool Decode(const StoredValue& stored, std::vector<std::max_align_t>& memory, BACSTAC_PROPERTY_CONTENTS& contents) {
     const std::span octets(reinterpret_cast<const std::uint8_t*>(stored.Encoding.data()), stored.Encoding.size());
     for (std::size_t size = 256 + 4 * octets.size(); size <= 64 * mostOctets; size *= 8) {
         memory.assign(size / sizeof(std::max_align_t) + 1, {});
         contents = {TYPE_NONE, memory.data(), static_cast<std::uint32_t>(size), 0};
-        const DecodeResult result = stored.ElementType < 0 ? DecodeUntyped(octets, contents)
-                                                           : DecodeRecords(octets, stored.ElementType, contents);
+        const DecodeResult result =
+            stored.ElementType < 0 ? DecodeUntyped(octets, contents) : DecodeTyped(octets, stored, contents);
         if (result != DecodeResult::noRoom)
             return result == DecodeResult::ok || (result == DecodeResult::raw && stored.ElementType == TYPE_RAW);
     }
@@ -43,7 +49,7 @@ bool Decode(const StoredValue& stored, std::vector<std::max_align_t>& memory, BA
 
 } // namespace
 
-bool StoreValue(const CPropertyValue& value, StoredValue& stored) {
+bool StoreValue(std::uint32_t property, const CPropertyValue& value, StoredValue& stored) {
     CPropertyContents contents(value.GetDataSize());
     if (!value.WriteTo(contents))
         return false;
@@ -51,7 +57,8 @@ bool StoreValue(const CPropertyValue& value, StoredValue& stored) {
     stored.DataType = value.GetDataType();
     stored.ElementType = contents.DataType;
     stored.List = value.IsCollection();
-    return stored.DataType >= TYPE_RAW && stored.ElementType >= TYPE_RAW && Encode(contents, stored.Encoding);
+    return stored.DataType >= TYPE_RAW && stored.ElementType >= TYPE_RAW && Encode(contents, stored.Encoding) &&
+           RestoreValue(property, stored) != nullptr;
 }
 
 std::unique_ptr<CPropertyValue> RestoreValue(std::uint32_t property, const StoredValue& stored) {

@@ -19,8 +19,9 @@ struct StoredValue {
     std::string Encoding;
 };
 
-// False when the value has no encoding.
-bool StoreValue(const CPropertyValue& value, StoredValue& stored);
+// False when the value has no encoding, such as a value of any type that holds none, and when what it encodes to is not
+// read back.
+bool StoreValue(std::uint32_t property, const CPropertyValue& value, StoredValue& stored);
 
 // null when the bytes are no value of that type.
 std::unique_ptr<CPropertyValue> RestoreValue(std::uint32_t property, const StoredValue& stored);

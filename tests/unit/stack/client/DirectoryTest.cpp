@@ -1,14 +1,17 @@
 // The directory: entries, merging, filter, and its file.
 #include "api/bacnet/Dir.h"
 #include "api/bacnet/Enums.h"
-#include "api/bacnet/PropertyValue.h"
+#include "api/bacnet/PropertyValues.h"
+#include "platform/stack/codec/ValueCodec.h"
 #include "platform/stack/directory/Crc32.h"
 #include "platform/stack/directory/FoldCase.h"
+#include "tests/support/GeneratedValue.h"
 #include "tests/unit/stack/client/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <memory>
 #include <sstream>
 
 namespace {
@@ -362,6 +365,47 @@ TEST_F(DirectoryFileTest, KeepsExtraValues) {
     ASSERT_TRUE(loaded.Load(Path()));
     EXPECT_EQ(Dump(loaded), Dump(dir));
     EXPECT_NE(Dump(loaded).find("110=13:"), std::string::npos) << Dump(loaded);
+}
+
+TEST_F(DirectoryFileTest, KeepsExtraValuesOfEveryType) {
+    CBACnetDir dir = Sample();
+    CBACnetObj object = Object({OBJ_ANALOG_VALUE, 60}, "with values");
+    std::vector<std::uint8_t> encoded(65536);
+    CPropertyContents contents;
+    BACSTAC_PROPERTY_ID property = 1000;
+    for (const bacnet::TypeInfo& type : bacnet::AllTypes()) {
+        for (unsigned seed = 0; seed < 8; ++seed) {
+            bacnet::Writer out(encoded);
+            testing_support::ValueGenerator(out, seed).Element(type, bacnet::APPLICATION);
+            std::unique_ptr<CPropertyValue> value(
+                CPropertyValue::CreateValue(OBJ_ANALOG_VALUE, ++property, type.Type, 1));
+            if (value == nullptr ||
+                bacnet::DecodeElements(out.Written(), type, true, contents) != bacnet::DecodeResult::ok)
+                continue;
+            ASSERT_TRUE(value->ReadFrom(contents)) << type.Name;
+            object.SetPropVal(property, value.release());
+        }
+    }
+    EXPECT_GT(object.GetPropVals()->size(), 400U);
+    dir.AddObj(1234, object);
+    ASSERT_TRUE(dir.Save(Path()));
+    CBACnetDir loaded;
+    ASSERT_TRUE(loaded.Load(Path()));
+    EXPECT_EQ(Dump(loaded), Dump(dir));
+}
+
+TEST_F(DirectoryFileTest, LeavesOutAValueThatHoldsNothing) {
+    CBACnetDir dir = Sample();
+    CBACnetObj object = Object({OBJ_ANALOG_VALUE, 60}, "odd");
+    object.SetPropVal(1000, new CPVAnyPrimitive);
+    dir.AddObj(1234, object);
+    ASSERT_TRUE(dir.Save(Path())) << "one odd value does not keep all others from being saved";
+    CBACnetDir loaded;
+    ASSERT_TRUE(loaded.Load(Path()));
+    std::string name;
+    EXPECT_TRUE(loaded.GetObjName(1234, {OBJ_ANALOG_VALUE, 60}, name));
+    EXPECT_EQ(name, "odd");
+    EXPECT_EQ(loaded.GetDev(1234).FindObj({OBJ_ANALOG_VALUE, 60})->GetPropVals(), nullptr);
 }
 
 TEST_F(DirectoryFileTest, RefusesAMissingFileAndStaysAsItWas) {
