@@ -202,6 +202,7 @@ void DeviceServer::Restart(ServerContext& context, std::uint32_t milliseconds, R
     }
     for (const auto& slot : m_slots)
         slot->Active = false;
+    m_segmentedRequests = SegmentedRequests();
     m_held.clear();
     m_goneUntilMs = context.NowMs + milliseconds;
     const Deferred announcement{{}, true, m_origin.Network != 0, {}, {}};
