@@ -7,6 +7,7 @@
 #include "host/bacnet/PointText.h"
 #include "host/bacnet/ValueJson.h"
 #include "platform/stack/client/BacnetClient.h"
+#include "platform/stack/schema/ObjectTypes.h"
 
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
@@ -18,6 +19,8 @@ using Json = nlohmann::ordered_json;
 namespace {
 
 constexpr unsigned MAX_PROPERTIES = 400; // of one object
+constexpr BACSTAC_PROPERTY_ID PROPERTY_LIST = 371;
+constexpr std::uint32_t UNKNOWN_PROPERTY = 32; // error code
 
 // Rows of one object's properties, and how many of them could be read.
 class CPropertyRows {
@@ -57,9 +60,13 @@ public:
         BACSTAC_ERROR error{};
         const BACSTAC_STATUS status =
             m_call.Stack().ReadProperty(m_device, m_object, property.property, property.index, contents, &error);
+        if (m_leavesOutMissing && status == BACSTAC_STATUS_ERROR && error.Code == UNKNOWN_PROPERTY)
+            return true;
         ConvertRaw(contents, m_object.Type, property.property);
         return status == BACSTAC_OK ? Add(property, contents) : AddFailure(property, status, error);
     }
+    // From now on a property that the object does not have is no failure.
+    void LeaveOutMissing() { m_leavesOutMissing = true; }
     ControlReply Reply() const { return m_call.DonePartly(m_read, m_failed, {{"count", m_read}}); }
 
 private:
@@ -73,6 +80,7 @@ private:
     const unsigned m_device;
     const BACSTAC_OBJECT_ID m_object;
     CValueBuffer m_buffer;
+    bool m_leavesOutMissing = false;
     std::size_t m_read = 0;
     std::size_t m_failed = 0;
 };
@@ -121,6 +129,37 @@ ControlReply ReadSeveral(CBacnetCall& call, unsigned device, const BACSTAC_OBJEC
     return rows.Reply();
 }
 
+// What the object says that it has; false where the device does not tell.
+bool ReadPropertyList(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID& object,
+                      std::vector<PropertyText>& properties) {
+    CValueBuffer buffer;
+    BACSTAC_PROPERTY_CONTENTS contents = buffer.Contents();
+    if (call.Stack().ReadProperty(device, object, PROPERTY_LIST, BACSTAC_NO_INDEX, contents, nullptr) != BACSTAC_OK ||
+        contents.DataType != TYPE_ENUMERATED)
+        return false;
+    // Those that every object has are not in the list (clause 12.1).
+    for (const BACSTAC_PROPERTY_ID property : {PROP_OBJECT_IDENTIFIER, PROP_OBJECT_NAME, PROP_OBJECT_TYPE})
+        properties.push_back({property, BACSTAC_NO_INDEX});
+    const auto* const listed = static_cast<const BACSTAC_PROPERTY_ID*>(contents.Buffer);
+    for (std::uint32_t i = 0; i < contents.ElementCount && properties.size() < MAX_PROPERTIES; ++i)
+        properties.push_back({listed[i], BACSTAC_NO_INDEX});
+    return true;
+}
+
+// For a device without multiple reads: what the object lists, or else what the standard knows of its type.
+ControlReply ReadAllSingly(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID& object) {
+    std::vector<PropertyText> properties;
+    if (ReadPropertyList(call, device, object, properties))
+        return ReadSingly(call, device, object, properties);
+    CPropertyRows rows(call, device, object);
+    rows.LeaveOutMissing();
+    for (const BACSTAC_PROPERTY_ID property : bacnet::ObjectPropertyIds(object.Type)) {
+        if (!rows.AddRead({property, BACSTAC_NO_INDEX}))
+            return call.Failure();
+    }
+    return rows.Reply();
+}
+
 ControlReply ReadAll(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID& object) {
     std::deque<CValueBuffer> buffers(MAX_PROPERTIES);
     std::vector<BACSTAC_READ_RESULT_ITEM> items(MAX_PROPERTIES);
@@ -130,6 +169,8 @@ ControlReply ReadAll(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID
     BACSTAC_ERROR error{};
     const BACSTAC_STATUS status =
         call.Stack().ReadPropertyList(call.Stack().GetDevAddr(device), object, items.data(), &count, &error);
+    if (status != BACSTAC_OK && CRPMRequest::CanFallbackToRP(status, error))
+        return ReadAllSingly(call, device, object);
     if (!call.Succeeded(status, error, PointName(device, object)))
         return call.Failure();
     CPropertyRows rows(call, device, object);

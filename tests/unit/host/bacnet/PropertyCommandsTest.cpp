@@ -31,6 +31,20 @@ TEST_P(PropertyCommands, ReadShowsSeveralPropertiesAndAll) {
     EXPECT_EQ(Output({"read", "1000", "ao:1", "pa[0]"}), "priority-array[0]                16\n");
 }
 
+TEST_F(CommandSite, ReadShowsAllPropertiesOfADeviceWithoutMultipleReads) {
+    m_config.Devices[0].LacksServices.push_back(bacnet::ConfirmedService::readPropertyMultiple);
+    m_config.Devices[1].LacksServices.push_back(bacnet::ConfirmedService::readPropertyMultiple);
+    m_config.Devices[1].ProtocolRevision = 2; // and without a list of properties
+    m_config.Devices[1].Objects = {m_config.Devices[0].Objects[0]};
+    StartSite();
+    for (const char* device : {"1000", "2000"}) {
+        const std::string all = Output({"read", device, "ai:1", "all"});
+        EXPECT_THAT(all, HasSubstr("object-name                      Supply temperature\n"));
+        EXPECT_THAT(all, HasSubstr("present-value                    21.5\n"));
+        EXPECT_THAT(all, HasSubstr("units                            degrees-celsius\n"));
+    }
+}
+
 TEST_P(PropertyCommands, ReadGivesTypedJson) {
     const Json result = RunJson({"read", "1000", "ai:1", "pv", "units", "name", "out-of-service", "object-identifier"});
     ASSERT_EQ(result["properties"].size(), 5U) << result;
