@@ -9,6 +9,7 @@
 #include "host/Render.h"
 #include "host/Run.h"
 #include "host/TimeText.h"
+#include "host/UserCommands.h"
 #include "host/Version.h"
 
 #include <CLI/CLI.hpp>
@@ -116,6 +117,10 @@ constexpr ClientCommand CLIENT_COMMANDS[] = {
          app.add_flag("--csv", invocation.csv, "Comma-separated lines (RFC 4180)");
      }},
     {nullptr, "status", "What the running instance does", nullptr, [](CLI::App&, Invocation&) {}},
+    {nullptr, "open", "Opens the console after a login, as a click on its tray icon does", nullptr,
+     [](CLI::App&, Invocation&) {}},
+    {nullptr, "show", "Shows the console without a login", nullptr, [](CLI::App&, Invocation&) {}},
+    {nullptr, "stop", "Ends the running instance in order", nullptr, [](CLI::App&, Invocation&) {}},
 };
 
 void AddClientCommands(CLI::App& app, Invocation& invocation) {
@@ -185,12 +190,13 @@ int RunCommandLine(int argc, char** argv) {
     AddRun(app, invocation);
     AddDemo(app, invocation);
     AddClientCommands(app, invocation);
-    std::function<int()> bacnetCommand;
-    AddBacnetCommands(app, FOOTER, bacnetCommand);
+    std::function<int()> otherCommand;
+    AddBacnetCommands(app, FOOTER, otherCommand);
+    AddUserCommands(app, FOOTER, otherCommand);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
     }
-    return bacnetCommand ? bacnetCommand() : invocation.command(invocation);
+    return otherCommand ? otherCommand() : invocation.command(invocation);
 }

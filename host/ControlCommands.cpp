@@ -10,6 +10,7 @@
 #include "host/Version.h"
 #include "host/bacnet/Call.h"
 #include "module/console/Globals.h"
+#include "module/console/Messages.h"
 #include "platform/historian/SqliteHistoryStore.h"
 #include "platform/kernel/Kernel.h"
 #include "platform/stack/client/BacnetClient.h"
@@ -19,6 +20,7 @@
 #include <unistd.h>
 
 #include <cmath>
+#include <csignal>
 #include <cstring>
 #include <map>
 #include <optional>
@@ -284,6 +286,26 @@ ControlReply GetStatus(CRuntime& runtime, const CArguments&, IControlClient&) {
     return Done(json);
 }
 
+ControlReply PostToConsole(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) {
+    if (!BDCManager.IsRunning())
+        return Failed("the console is not running");
+    BDCManager.PostMessageW(message, wParam, lParam);
+    return Done(Json::object());
+}
+
+ControlReply OpenConsole(CRuntime&, const CArguments&, IControlClient&) {
+    return PostToConsole(WM_CONSOLE_TRAYICON, 1, TRAY_LEFT_BUTTON_UP);
+}
+
+ControlReply ShowConsole(CRuntime&, const CArguments&, IControlClient&) {
+    return PostToConsole(WM_CONSOLE_SHOW, 0, 0);
+}
+
+ControlReply Stop(CRuntime&, const CArguments&, IControlClient&) {
+    kill(getpid(), SIGTERM); // the main thread takes it from there
+    return Done(Json::object());
+}
+
 struct Command {
     const char* name;
     ControlReply (*answer)(CRuntime&, const CArguments&, IControlClient&);
@@ -293,7 +315,10 @@ constexpr Command COMMANDS[] = {
     {"history count", CountHistory},
     {"history query", QueryHistory},
     {"history transfer", TransferHistory},
+    {"open", OpenConsole},
+    {"show", ShowConsole},
     {"status", GetStatus},
+    {"stop", Stop},
     {"tag get", GetTag},
     {"tag list", ListTags},
     {"tag set", SetTag},

@@ -12,6 +12,7 @@
 #include "module/console/Globals.h"
 #include "platform/historian/SqliteHistoryStore.h"
 #include "platform/kernel/Kernel.h"
+#include "platform/kernel/users/UserStore.h"
 #include "simulator/Simulator.h"
 
 #include <fmt/core.h>
@@ -22,6 +23,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <random>
 #include <set>
 
 using namespace std::chrono_literals;
@@ -31,6 +33,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 using Counts = std::map<std::string, std::uint64_t>; // by tag
 
+constexpr const char* USER = "demo";
 constexpr auto DISCOVERY_TIME = 10s;
 constexpr auto TRANSFER_BEGIN_TIME = 60s;
 
@@ -68,6 +71,7 @@ public:
 private:
     bool Prepare(std::string& error);
     bool Connect(bool show, std::string& error);
+    bool MakeUser(std::string& error);
     bool Transfer(CSignals& signals, std::string& error);
     bool CountStored(Counts& stored, std::string& error);
     bool CountAll(Counts& counts, std::string& error);
@@ -138,7 +142,23 @@ bool CDemo::Connect(bool show, std::string& error) {
         error = "the settings cannot be stored";
         return false;
     }
-    return m_runtime->StartConsole(show, error);
+    return (!show || MakeUser(error)) && m_runtime->StartConsole(show, error);
+}
+
+// The demonstration's own user, with a password of this run.
+bool CDemo::MakeUser(std::string& error) {
+    constexpr std::string_view characters = "abcdefghijkmnpqrstuvwxyz23456789";
+    constexpr std::size_t length = 12;
+    std::random_device random;
+    std::string password;
+    for (std::size_t i = 0; i < length; ++i)
+        password += characters[random() % characters.size()];
+    CUserStore users({m_folder + "/" + USERS_FILE, {}, {}});
+    std::string ignored; // that there is no such user yet
+    if (!users.SetPassword(USER, password, ignored) && !users.Add(USER, password, error))
+        return false;
+    Say(fmt::format("Log in to the console as \"{}\" with the password {}", USER, password));
+    return users.SetMember(USER, ADMINISTRATOR_GROUP, true, error);
 }
 
 // Raises the flush tag and waits until the transfer that it starts has ended. Also true when a signal ends the wait.

@@ -20,7 +20,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr const char* HISTORY_FILE = "history.db";
-constexpr const char* USERS_FILE = "users";
 constexpr const char* ALARM_RULE_FILE = "alarm-rules.json";
 constexpr const char* TAG_NUMBER_FILE = "tag-numbers.json";
 constexpr const char* LOG_FOLDER = "log";
@@ -146,7 +145,7 @@ bool CRuntime::StartConsole(bool show, std::string& error) {
     if (IsTransferWantedAtStart())
         BDCManager.StartHistoryTransfer(nullptr);
     if (show)
-        BDCManager.PostMessageW(WM_CONSOLE_SHOW, 0, 0);
+        BDCManager.PostMessageW(WM_CONSOLE_TRAYICON, 1, TRAY_LEFT_BUTTON_UP);
     m_control = std::make_unique<CControlServer>();
     return m_control->Start(
         m_folder,

@@ -41,7 +41,7 @@ public:
     ~CRuntime();
 
     bool Open(std::string& error);
-    // show: opens the console's window at once.
+    // show: asks for a login at once, and opens the console's window.
     bool StartConsole(bool show, std::string& error);
     // False when a part did not end within its time: the process should then end without taking anything apart.
     bool End();

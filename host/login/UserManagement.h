@@ -7,6 +7,8 @@
 #include <functional>
 #include <string>
 
+inline constexpr const char* USERS_FILE = "users"; // in the data folder
+
 class CUserManagement : public IQLUserManagement {
 public:
     // onLogin gets the name of each user who logs in, on the console thread. store outlives this.

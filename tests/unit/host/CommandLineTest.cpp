@@ -44,7 +44,15 @@ const std::vector<Words> COMMANDS{{"run"},
                                   {"timesync"},
                                   {"alarms"},
                                   {"router", "list"},
-                                  {"bbmd", "show"}};
+                                  {"bbmd", "show"},
+                                  {"open"},
+                                  {"show"},
+                                  {"stop"},
+                                  {"user", "add"},
+                                  {"user", "passwd"},
+                                  {"user", "list"},
+                                  {"user", "remove"},
+                                  {"user", "group"}};
 
 Words operator+(Words left, const Words& right) {
     left.insert(left.end(), right.begin(), right.end());
