@@ -128,7 +128,9 @@ void PortPump::Run() {
         const unsigned ready = m_link.WaitReadable(sources, wait);
         if ((ready & IDataLink::BROADCASTS) != 0) {
             m_link.ReceiveBroadcasts(m_broadcasts);
+            m_away.store(true, std::memory_order_relaxed);
             Dispatch(m_broadcasts);
+            m_away.store(false, std::memory_order_relaxed);
         }
         if ((ready & IDataLink::DIRECTED) != 0 && m_role.TryTake()) {
             t_holdsRole = true;
@@ -136,7 +138,9 @@ void PortPump::Run() {
             t_holdsRole = false;
             m_role.Release();
         }
+        m_away.store(true, std::memory_order_relaxed);
         queued = ServeQueue();
+        m_away.store(false, std::memory_order_relaxed);
     }
 }
 

@@ -53,12 +53,15 @@ public:
     void ReceiveAll();
     // Some caller waits without wanting to lead: the background thread takes over at once, not at its next look.
     void TakeOver();
+    // The background thread is serving requests of others just now, or handling broadcasts: who needs answers meanwhile
+    // receives them himself.
+    bool Away() const { return m_away.load(std::memory_order_relaxed); }
     // False when the queue is full.
     bool Enqueue(QueuedApdu apdu);
     // Wakes the waiter, when this thread hands out a batch of answers together with all others that the batch concerns.
     static void Wake(Waiter& waiter);
-    // The present thread is the background thread of some port and does not hold the receive role: what it does now keeps
-    // no answers waiting.
+    // The present thread is the background thread of some port and does not hold the receive role: what it does now
+    // keeps no answers waiting.
     static bool MayServe();
 
 private:
@@ -77,6 +80,7 @@ private:
     NpduBatch m_broadcasts; // the background thread's
     std::atomic<bool> m_stop{false};
     std::atomic<bool> m_takeOver{false};
+    std::atomic<bool> m_away{false};
     std::mutex m_queueMutex;
     std::vector<QueuedApdu> m_queue;   // m_queueMutex
     std::vector<QueuedApdu> m_serving; // the background thread's, as is the next one

@@ -13,6 +13,8 @@ const SteadyClock THE_CLOCK;
 // A caller that waits longer than this for one answer stops leading: a dead device must not keep the role from callers
 // whose devices answer at once.
 constexpr Millis EAGER_MS = IDataLink::TICK;
+// How often a waiting caller looks whether the background thread is there to receive.
+constexpr Millis LOOK_MS = 100;
 // How often an observer is asked, and how often a waiting thread looks whether the layer is closing.
 constexpr Millis OBSERVE_MS = 50;
 
@@ -65,6 +67,8 @@ private:
     void Run(BlockingCall& call, const BACSTAC_ADDRESS& destination, ICallObserver* observer, Millis begun);
     // Returns when the call has finished, or at this time.
     void Wait(BlockingCall& call, Millis now, Millis eagerUntil, Millis until);
+    // Receives for all while the background thread does something else, which may be long when a user's code blocks it.
+    void StandIn(BlockingCall& call, Millis until);
     void End(BlockingCall& call, Outcome outcome);
 };
 
@@ -233,8 +237,25 @@ void TransactionLayer::Impl::Wait(BlockingCall& call, Millis now, Millis eagerUn
             return;
         pump.TakeOver();
     }
-    for (; !call.Finished() && now < until; now = Core.Clock.Now())
-        call.Sleeper().Wait(until - now);
+    for (; !call.Finished() && now < until; now = Core.Clock.Now()) {
+        if (pump.Away())
+            StandIn(call, until);
+        else
+            call.Sleeper().Wait(std::min(until - now, LOOK_MS));
+    }
+}
+
+void TransactionLayer::Impl::StandIn(BlockingCall& call, Millis until) {
+    PortPump& pump = Core.Pump(call.Work.Peer.Port);
+    ReceiveRole::Candidate candidate(call.Sleeper());
+    do {
+        if (pump.Role().TryLead(candidate))
+            pump.Lead(Core.ReceiveLimit());
+        else
+            call.Sleeper().Wait(EAGER_MS);
+    } while (!call.Finished() && pump.Away() && Core.Clock.Now() < until);
+    pump.Role().Leave(candidate);
+    pump.TakeOver();
 }
 
 void TransactionLayer::Impl::End(BlockingCall& call, Outcome outcome) {

@@ -1,6 +1,7 @@
 // I-Am announcements by the ten thousand, while other work goes on. BDC_FLOOD_SECONDS=10 makes the flood as long as it
 // may last on a site with a broken device; without it is short.
 #include "api/bacnet/Log.h"
+#include "api/bacnet/PropertyValue.h"
 #include "platform/stack/client/BacnetClient.h"
 #include "platform/stack/codec/Writer.h"
 #include "platform/stack/transport/UdpSocket.h"
@@ -63,6 +64,18 @@ public:
 
 private:
     const std::chrono::microseconds m_effort;
+};
+
+// Holds on to the thread that tells it, until it is let go.
+class Blocker : public CIAMCallback {
+public:
+    void OnIAm(BACSTAC_ADDRESS const&, unsigned const&) override {
+        Entered = true;
+        while (!Leave)
+            std::this_thread::sleep_for(1ms);
+    }
+    std::atomic<bool> Entered{false};
+    std::atomic<bool> Leave{false};
 };
 
 class IAmFlood : public testing::Test {
@@ -206,18 +219,47 @@ TEST_F(IAmFlood, ASlowListenerCostsAnnouncementsAndNothingElse) {
     EXPECT_LE(m_errors->Take().size(), 1U);
 }
 
+TEST_F(IAmFlood, AListenerThatBlocksDoesNotKeepSlowDevicesFromBeingRead) {
+    UdpSocket device;
+    UdpSocket::Options options;
+    options.ReceiveTimeoutMs = 5000;
+    ASSERT_EQ(device.Open({m_block.Ip(30), m_block.Port()}, options), "");
+    constexpr int count = 5;
+    std::thread answerer([&device] {
+        DatagramBatch batch;
+        for (int i = 0; i < count && device.Receive(batch, 1, true) == 1; ++i) {
+            // BVLL, NPDU of 2 octets, header of 4 octets, then object and property, which the answer repeats.
+            const auto request = batch.Octets(0);
+            std::vector<std::uint8_t> answer{0x81, 0x0A, 0, 0, 0x01, 0x00, 0x30, request[8], 0x0C};
+            answer.insert(answer.end(), request.begin() + 10, request.end());
+            answer.insert(answer.end(), {0x3E, 0x91, 0x00, 0x3F}); // enumerated 0
+            answer[3] = static_cast<std::uint8_t>(answer.size());
+            std::this_thread::sleep_for(50ms); // longer than a caller leads
+            device.Send(batch.From(0), answer);
+        }
+    });
+    Blocker blocker;
+    const int handle = m_client->RegisterIAMCallback(&blocker);
+    m_flooder.Send({m_block.Ip(1), m_block.Port()}, Announcement(5, false));
+    while (!blocker.Entered)
+        std::this_thread::sleep_for(1ms);
+    const bacnet::MacAddress mac = bacnet::ToMac({m_block.Ip(30), m_block.Port()});
+    BACSTAC_ADDRESS address{0, 0, 0, {}, 6};
+    std::copy_n(mac.Data(), 6, address.Mac);
+    for (int i = 0; i < count; ++i) {
+        CPropertyContents contents(64, nullptr);
+        const auto begun = std::chrono::steady_clock::now();
+        EXPECT_EQ(m_client->ReadProperty(address, {OBJ_DEVICE, 7}, PROP_SYSTEM_STATUS, -1, contents, nullptr),
+                  BACSTAC_OK);
+        EXPECT_LT(std::chrono::steady_clock::now() - begun, 2900ms) << "no repetition";
+    }
+    blocker.Leave = true;
+    m_client->UnregisterIAMCallback(handle);
+    answerer.join();
+}
+
 TEST_F(IAmFlood, WhatTheQueueHasNoRoomForIsCountedAndLoggedOnce) {
     // While a listener keeps the background thread, a reader leads and takes what comes for others.
-    class Blocker : public CIAMCallback {
-    public:
-        void OnIAm(BACSTAC_ADDRESS const&, unsigned const&) override {
-            Entered = true;
-            while (!Leave)
-                std::this_thread::sleep_for(1ms);
-        }
-        std::atomic<bool> Entered{false};
-        std::atomic<bool> Leave{false};
-    };
     // A caller leads for a moment only, so its calls are short.
     bacnet::TransactionSettings settings;
     settings.TimeoutMs = 50;
