@@ -69,7 +69,8 @@ std::string Encoded(const CPropertyValue& value) {
 // All bytes that the value writes, and what they are.
 std::string Bytes(const CPropertyValue& value) {
     CPropertyContents contents(value.GetDataSize());
-    std::memset(contents.Buffer, 0, contents.BufferSize);
+    if (contents.BufferSize != 0)
+        std::memset(contents.Buffer, 0, contents.BufferSize);
     if (!value.WriteTo(contents))
         return "none";
     return std::to_string(contents.DataType) + "/" + std::to_string(contents.ElementCount) + ":" +
