@@ -302,8 +302,9 @@ ControlReply ShowConsole(CRuntime&, const CArguments&, IControlClient&) {
 }
 
 ControlReply Stop(CRuntime&, const CArguments&, IControlClient&) {
-    kill(getpid(), SIGTERM); // the main thread takes it from there
-    return Done(Json::object());
+    ControlReply reply = Done(Json::object());
+    reply.then = [] { kill(getpid(), SIGTERM); }; // the main thread takes it from there
+    return reply;
 }
 
 struct Command {

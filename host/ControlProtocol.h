@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -31,6 +32,8 @@ struct ControlReply {
     int code = EXIT_DONE;
     std::string error;  // one line, UTF-8; empty when code is EXIT_DONE
     std::string result; // a JSON document, empty for none
+    // Not sent: what the instance does once the reply is on its way; may be empty.
+    std::function<void()> then = {};
 };
 
 // One line of a reply.

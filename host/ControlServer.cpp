@@ -82,6 +82,8 @@ private:
         }
         m_block += EncodeReply(reply);
         FlushBlock();
+        if (reply.then)
+            reply.then();
     }
 
     bool FlushBlock() {
