@@ -2,8 +2,8 @@
 
 #include "api/bacnet/BacGeneral.h"
 #include "api/driver/Driver.h"
-#include "module/history/Clock.h"
 #include "base/Decimal.h"
+#include "module/history/Clock.h"
 #include "module/history/TagResolver.h"
 
 #include <algorithm>

@@ -63,8 +63,8 @@ protected:
         m_text.assign(characters, 'x');
         for (std::size_t i = 0; i < characters; ++i)
             m_text[i] = static_cast<char>('a' + i % 26);
-        const BACSTAC_PROPERTY_CONTENTS contents{TYPE_STRING, m_text.data(),
-                                                 static_cast<unsigned>(m_text.size() + 1), 1};
+        const BACSTAC_PROPERTY_CONTENTS contents{TYPE_STRING, m_text.data(), static_cast<unsigned>(m_text.size() + 1),
+                                                 1};
         return m_client->WriteProperty(DeviceAt(1), characterString, 85, -1, -1, contents, nullptr);
     }
     bool WroteTheText() const {
