@@ -21,6 +21,14 @@ function(bdc_ui_library name)
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
 endfunction()
 
+# What the sanitizers pass over, in the tests and in the programs that they start.
+if(BDC_SANITIZE MATCHES "thread")
+  set(bdc_sanitizer_options "TSAN_OPTIONS=set:suppressions=${PROJECT_SOURCE_DIR}/tests/support/races.supp")
+else()
+  set(bdc_sanitizer_options
+    "LSAN_OPTIONS=set:suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0")
+endif()
+
 # bdc_test(NAME [LABEL label] SOURCES ... LIBS ...): a GoogleTest program; each of its tests is one of ctest's.
 function(bdc_test name)
   cmake_parse_arguments(T "" "LABEL;TIMEOUT" "SOURCES;LIBS" ${ARGN})
@@ -35,6 +43,5 @@ function(bdc_test name)
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
     PROPERTIES TIMEOUT ${T_TIMEOUT} LABELS ${T_LABEL} ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
-      # Also for the programs that a test starts.
-      ENVIRONMENT_MODIFICATION "LSAN_OPTIONS=set:suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0")
+      ENVIRONMENT_MODIFICATION "${bdc_sanitizer_options}")
 endfunction()
