@@ -183,7 +183,7 @@ void AddFileCommands(CLI::App& app, const std::shared_ptr<BacnetInvocation>& inv
         sub.add_option("INSTANCE", invocation->file.instance, "Instance of the file object")->required();
         sub.add_option("PATH", invocation->file.path, "File on this machine")->required();
         AddCommonOptions(sub, *invocation, footer);
-        sub.callback([&run, invocation, transfer] {
+        sub.callback([&run, invocation, transfer = transfer] {
             run = [invocation, transfer] { return RunTransfer(transfer, *invocation); };
         });
     }
