@@ -7,6 +7,7 @@
 #include "simulator/Simulator.h"
 #include "tests/support/Loopback.h"
 #include "tests/support/TempFolder.h"
+#include "tests/unit/stack/client/Discovery.h"
 
 #include <gtest/gtest.h>
 
@@ -23,25 +24,6 @@ namespace {
 using namespace std::chrono_literals;
 using bacnet::TableRead;
 using testing_support::LoopbackBlock;
-
-class Discovery : public CIAMCallback {
-public:
-    void OnIAm(BACSTAC_ADDRESS const&, unsigned const& device) override {
-        const std::lock_guard lock(m_lock);
-        m_devices.insert(device);
-        m_changed.notify_all();
-    }
-    std::set<unsigned> WaitFor(std::size_t count) {
-        std::unique_lock lock(m_lock);
-        m_changed.wait_for(lock, 5s, [&] { return m_devices.size() >= count; });
-        return m_devices;
-    }
-
-private:
-    std::mutex m_lock;
-    std::condition_variable m_changed;
-    std::set<unsigned> m_devices;
-};
 
 class LogLines : public CQilBAC_ErrLog::ISink {
 public:
