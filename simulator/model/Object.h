@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/stack/codec/Writer.h"
+#include "simulator/model/Grammar.h"
 #include "simulator/model/SimTime.h"
 #include "simulator/model/Standard.h"
 #include "simulator/model/Value.h"
@@ -136,7 +137,9 @@ private:
     PropertyError Command(const WriteCommand& command);
     PropertyError Replace(const WriteCommand& command);
     PropertyError ReplaceElement(const WriteCommand& command, const Value& present, BACSTAC_DATA_TYPE type);
-    PropertyError FindList(const WriteCommand& command, const Value*& list, BACSTAC_DATA_TYPE& type) const;
+    // The elements that the list has and those that the command gives; failed is the number of a faulty one, or 0.
+    PropertyError ReadListCommand(const WriteCommand& command, WireElements& present, WireElements& given,
+                                  std::uint32_t& failed) const;
     BACSTAC_DATA_TYPE TypeOf(BACSTAC_PROPERTY_ID property) const;
     bool IsInRange(BACSTAC_PROPERTY_ID property, std::span<const std::uint8_t> element) const;
     bool IsOutOfService() const;

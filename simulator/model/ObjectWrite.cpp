@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace sim {
 
@@ -230,10 +231,12 @@ PropertyError Object::ReplaceElement(const WriteCommand& command, const Value& p
     return {};
 }
 
-PropertyError Object::FindList(const WriteCommand& command, const Value*& list, BACSTAC_DATA_TYPE& type) const {
+PropertyError Object::ReadListCommand(const WriteCommand& command, WireElements& present, WireElements& given,
+                                      std::uint32_t& failed) const {
+    failed = 0;
     if (!Has(command.Property))
         return UNKNOWN_PROPERTY;
-    list = Find(command.Property);
+    const Value* const list = Find(command.Property);
     if (list == nullptr || list->GetShape() != Shape::list)
         return command.Index != WHOLE && (list == nullptr || list->GetShape() != Shape::array) ? NOT_AN_ARRAY
                                                                                                : NOT_A_LIST;
@@ -241,51 +244,44 @@ PropertyError Object::FindList(const WriteCommand& command, const Value*& list, 
         return NOT_AN_ARRAY;
     if (!IsWritable(command.Property))
         return WRITE_ACCESS_DENIED;
-    type = TypeOf(command.Property);
+    const BACSTAC_DATA_TYPE type = TypeOf(command.Property);
+    auto elements = SplitElements(command.Value, type);
+    if (!elements) {
+        failed = NumberOfFault(command.Value, type);
+        return INVALID_DATA_TYPE;
+    }
+    given = std::move(*elements);
+    present = ElementsOf(*list);
     return {};
 }
 
 // What is there already stays as it is.
 PropertyError Object::AddElements(const WriteCommand& command, std::uint32_t& failed) {
-    failed = 0;
-    const Value* list = nullptr;
-    BACSTAC_DATA_TYPE type = TYPE_NONE;
-    const PropertyError error = FindList(command, list, type);
+    WireElements all;
+    WireElements added;
+    const PropertyError error = ReadListCommand(command, all, added, failed);
     if (!error.Ok())
         return error;
-    const auto added = SplitElements(command.Value, type);
-    if (!added) {
-        failed = NumberOfFault(command.Value, type);
-        return INVALID_DATA_TYPE;
-    }
-    WireElements all = ElementsOf(*list);
-    for (std::uint32_t i = 0; i < added->size(); ++i) {
+    for (std::uint32_t i = 0; i < added.size(); ++i) {
         if (all.size() >= MAX_ELEMENTS) {
             failed = i + 1;
             return {CLASS_RESOURCES, CODE_NO_SPACE_TO_ADD_LIST_ELEMENT};
         }
-        if (!Place(all, (*added)[i]))
-            all.push_back((*added)[i]);
+        if (!Place(all, added[i]))
+            all.push_back(added[i]);
     }
     Set(command.Property, Value::Of(Shape::list, all));
     return {};
 }
 
 PropertyError Object::RemoveElements(const WriteCommand& command, std::uint32_t& failed) {
-    failed = 0;
-    const Value* list = nullptr;
-    BACSTAC_DATA_TYPE type = TYPE_NONE;
-    const PropertyError error = FindList(command, list, type);
+    WireElements left;
+    WireElements removed;
+    const PropertyError error = ReadListCommand(command, left, removed, failed);
     if (!error.Ok())
         return error;
-    const auto removed = SplitElements(command.Value, type);
-    if (!removed) {
-        failed = NumberOfFault(command.Value, type);
-        return INVALID_DATA_TYPE;
-    }
-    WireElements left = ElementsOf(*list);
-    for (std::uint32_t i = 0; i < removed->size(); ++i) {
-        const auto at = Place(left, (*removed)[i]);
+    for (std::uint32_t i = 0; i < removed.size(); ++i) {
+        const auto at = Place(left, removed[i]);
         if (!at) {
             failed = i + 1;
             return {CLASS_SERVICES, CODE_LIST_ELEMENT_NOT_FOUND};
