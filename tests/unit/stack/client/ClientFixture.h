@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
@@ -62,8 +63,11 @@ protected:
     static std::uint8_t Service(const Octets& request) { return request.at(3); }
     // A ComplexACK to the request.
     static Octets Ack(const Octets& request, std::span<const std::uint8_t> parameters) {
-        Octets answer{0x30, request.at(2), request.at(3)};
-        answer.insert(answer.end(), parameters.begin(), parameters.end());
+        Octets answer(3 + parameters.size());
+        answer[0] = 0x30;
+        answer[1] = request.at(2);
+        answer[2] = request.at(3);
+        std::copy(parameters.begin(), parameters.end(), answer.begin() + 3);
         return answer;
     }
 
