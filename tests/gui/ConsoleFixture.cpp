@@ -7,7 +7,6 @@
 #include <QApplication>
 
 #include <memory>
-#include <thread>
 #include <utility>
 
 namespace {
@@ -38,33 +37,6 @@ public:
 
 } // namespace
 
-Milliseconds Since(Clock::time_point start) {
-    return std::chrono::duration_cast<Milliseconds>(Clock::now() - start);
-}
-
-bool Eventually(const std::function<bool()>& condition) {
-    const auto start = Clock::now();
-    while (!condition()) {
-        if (Since(start) > Milliseconds(10000))
-            return false;
-        std::this_thread::sleep_for(Milliseconds(5));
-    }
-    return true;
-}
-
-void PostToGui(std::function<void()> f) {
-    CGuiThread::Get()->Post(std::move(f));
-}
-
-void OnGui(const std::function<void()>& f) {
-    CManualResetEvent done;
-    PostToGui([&] {
-        f();
-        done.Set();
-    });
-    done.Wait(WAIT_WITHOUT_LIMIT);
-}
-
 QDialog* ConsoleWindow() {
     for (QWidget* const widget : QApplication::topLevelWidgets())
         if (widget->objectName() == QStringLiteral("BACnetConfigurationConsole"))
@@ -74,6 +46,7 @@ QDialog* ConsoleWindow() {
 
 ConsoleFixture::ConsoleFixture() {
     g_transfers = {&m_events, &m_onTransfer};
+    consoleWiring = {};
     consoleWiring.newRun = [](CDriver& driver) -> std::shared_ptr<IConsoleRun> {
         return std::make_shared<CBDCThread>(driver);
     };
@@ -83,13 +56,18 @@ ConsoleFixture::ConsoleFixture() {
     allPropPages = {};
 }
 
-ConsoleFixture::~ConsoleFixture() {
+void ConsoleFixture::TearDown() {
     EXPECT_TRUE(!BDCManager.IsRunning() || Stop());
 }
 
 bool ConsoleFixture::Stop() {
     BDCManager.InitiateShutdownW();
     return BDCManager.WaitEnd(30000);
+}
+
+void ConsoleFixture::ShowWindow() {
+    Post(WM_CONSOLE_SHOW);
+    EXPECT_TRUE(EventuallyOnGui([] { return ConsoleWindow() && ConsoleWindow()->isVisible(); }));
 }
 
 CEventList::Lines ConsoleFixture::Settled() {
@@ -99,22 +77,16 @@ CEventList::Lines ConsoleFixture::Settled() {
 }
 
 bool ConsoleFixture::HasWindow() {
-    bool has = false;
-    OnGui([&] { has = ConsoleWindow() != nullptr; });
-    return has;
+    return OnGui([] { return ConsoleWindow() != nullptr; });
 }
 
 bool ConsoleFixture::IsVisible() {
-    bool isVisible = false;
-    OnGui([&] { isVisible = ConsoleWindow() && ConsoleWindow()->isVisible(); });
-    return isVisible;
+    return OnGui([] { return ConsoleWindow() && ConsoleWindow()->isVisible(); });
 }
 
 std::string ConsoleFixture::Title() {
-    std::string title;
-    OnGui([&] {
-        if (const QDialog* const window = ConsoleWindow())
-            title = window->windowTitle().toStdString();
+    return OnGui([] {
+        const QDialog* const window = ConsoleWindow();
+        return window ? window->windowTitle().toStdString() : std::string();
     });
-    return title;
 }

@@ -5,6 +5,9 @@
 #include "module/console/Globals.h"
 #include "module/console/HistoryStarter.h"
 #include "module/console/Messages.h"
+#include "tests/gui/harness/Controls.h"
+#include "tests/gui/harness/DialogScript.h"
+#include "tests/gui/harness/GuiAccess.h"
 #include "tests/support/FakeBacGeneral.h"
 #include "tests/support/FakeDriver.h"
 #include "tests/support/FakeKernel.h"
@@ -14,18 +17,8 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <functional>
 
-using Clock = std::chrono::steady_clock;
-using Milliseconds = std::chrono::milliseconds;
-
-Milliseconds Since(Clock::time_point start);
-// Waits until the condition holds; false after 10 seconds.
-bool Eventually(const std::function<bool()>& condition);
-// Runs f on the console thread, behind all that was posted before, and waits for it.
-void OnGui(const std::function<void()>& f);
-void PostToGui(std::function<void()> f); // does not wait
 // The console's window, null when there is none. On the console thread.
 QDialog* ConsoleWindow();
 
@@ -35,7 +28,7 @@ using TransferHook = std::function<void(const BACSTAC_DEV_OBJ_REF* request)>;
 class ConsoleFixture : public ::testing::Test {
 protected:
     ConsoleFixture();
-    ~ConsoleFixture() override; // ends the console if a test left it running
+    void TearDown() override; // ends the console if a test left it running
 
     void Start() { BDCManager.Start(&m_driver, 30000); }
     // True when the console ended in time.
@@ -43,6 +36,7 @@ protected:
     void Post(unsigned message, std::uintptr_t wParam = 0, std::intptr_t lParam = 0) {
         BDCManager.PostMessageW(message, wParam, lParam);
     }
+    void ShowWindow();
     // The events up to now, with all that was posted handled.
     CEventList::Lines Settled();
     bool HasWindow();

@@ -167,10 +167,12 @@ void OpenNestedDialogs(CEventList& events, bool withMenu) {
     PostToGui([&events, withMenu] {
         const CBusyScope slot;
         QDialog outer(ConsoleWindow());
+        outer.setWindowTitle(QStringLiteral("outer"));
         QMetaObject::invokeMethod(
             &outer,
             [&events, &outer, withMenu] {
                 QDialog inner(&outer);
+                inner.setWindowTitle(QStringLiteral("inner"));
                 QMenu menu(&inner);
                 menu.addAction(QStringLiteral("item"));
                 if (withMenu)
@@ -188,19 +190,10 @@ void OpenNestedDialogs(CEventList& events, bool withMenu) {
     });
 }
 
-bool HasModal() {
-    bool has = false;
-    OnGui([&] {
-        has = QApplication::activeModalWidget() && QApplication::activeModalWidget()->parentWidget() &&
-              QApplication::activeModalWidget()->parentWidget()->parentWidget();
-    });
-    return has;
-}
-
 TEST_F(ConsoleRun, ShutdownRejectsNestedDialogsInnermostFirst) {
     Start();
     OpenNestedDialogs(m_events, false);
-    ASSERT_TRUE(Eventually(HasModal));
+    ASSERT_TRUE(IsModalOpen("inner"));
     EXPECT_TRUE(Stop());
     EXPECT_THAT(m_events.Take(), ElementsAre("inner 0", "outer 0", "~HistoryStarter()"));
 }
@@ -208,12 +201,7 @@ TEST_F(ConsoleRun, ShutdownRejectsNestedDialogsInnermostFirst) {
 TEST_F(ConsoleRun, ShutdownClosesMenusToo) {
     Start();
     OpenNestedDialogs(m_events, true);
-    const auto hasMenu = [] {
-        bool has = false;
-        OnGui([&] { has = QApplication::activePopupWidget() != nullptr; });
-        return has;
-    };
-    ASSERT_TRUE(Eventually(hasMenu));
+    ASSERT_TRUE(EventuallyOnGui([] { return OpenMenu() != nullptr; }));
     EXPECT_TRUE(Stop());
     EXPECT_THAT(m_events.Take(), ElementsAre("menu closed", "inner 0", "outer 0", "~HistoryStarter()"));
 }
@@ -225,11 +213,7 @@ TEST_F(ConsoleRun, ShutdownWaitsForALoopThatWasNotAnnounced) {
         QDialog dialog(ConsoleWindow());
         m_events.Add("dialog " + std::to_string(dialog.exec()));
     });
-    ASSERT_TRUE(Eventually([] {
-        bool has = false;
-        OnGui([&] { has = QApplication::activeModalWidget() != nullptr; });
-        return has;
-    }));
+    ASSERT_TRUE(EventuallyOnGui([] { return ModalDialog() != nullptr; }));
     EXPECT_TRUE(Stop());
     EXPECT_THAT(m_events.Take(), ElementsAre("dialog 0", "~HistoryStarter()"));
 }
@@ -247,11 +231,7 @@ TEST_F(ConsoleRun, ShutdownDoesNotAskADialogThatRefuses) {
         AskingDialog dialog(ConsoleWindow());
         m_events.Add("dialog " + std::to_string(RunModal(dialog)));
     });
-    ASSERT_TRUE(Eventually([] {
-        bool has = false;
-        OnGui([&] { has = QApplication::activeModalWidget() != nullptr; });
-        return has;
-    }));
+    ASSERT_TRUE(EventuallyOnGui([] { return ModalDialog() != nullptr; }));
     EXPECT_TRUE(Stop());
     EXPECT_THAT(m_events.Take(), ElementsAre("dialog 0", "~HistoryStarter()"));
 }
@@ -294,7 +274,7 @@ TEST_F(ConsoleRun, ADialogOpenedByAHandlerServesWhatWasQueuedBehindIt) {
 TEST_F(ConsoleRun, MessagesAreServedWhileADialogIsOpen) {
     Start();
     OpenNestedDialogs(m_events, false);
-    ASSERT_TRUE(Eventually(HasModal));
+    ASSERT_TRUE(IsModalOpen("inner"));
     BDCManager.ObjectChanged(1, {8, 1});
     Post(WM_CONSOLE_SHOW);
     EXPECT_THAT(Settled(), ElementsAre("I: OnObjectChanged(1, (8, 1))"));

@@ -8,12 +8,9 @@
 #include "module/console/PageTabs.h"
 #include "tests/gui/ConsoleFixture.h"
 
-#include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QPushButton>
 #include <QTabBar>
-#include <QTest>
 
 #include <atomic>
 #include <thread>
@@ -85,14 +82,6 @@ CBACnetConfConsoleDialog& Console() {
     return *qobject_cast<CBACnetConfConsoleDialog*>(ConsoleWindow());
 }
 
-QPushButton* Button(const char* label) {
-    for (QPushButton* const button : ConsoleWindow()->findChildren<QPushButton*>(Qt::FindDirectChildrenOnly))
-        if (button->text() == QString::fromLatin1(label))
-            return button;
-    ADD_FAILURE() << "no button " << label;
-    return nullptr;
-}
-
 class ConsoleWindowOf : public ConsoleFixture {
 protected:
     ConsoleWindowOf() {
@@ -103,35 +92,23 @@ protected:
         consoleWiring.newTray = []() -> std::unique_ptr<ITray> { return std::make_unique<RecordingTray>(); };
         consoleWiring.showHelp = [](int context) { g_events->Add("Help(" + std::to_string(context) + ")"); };
     }
-    ~ConsoleWindowOf() override {
-        EXPECT_TRUE(!BDCManager.IsRunning() || Stop());
-        consoleWiring.newPage = {};
-        consoleWiring.newTray = nullptr;
-        consoleWiring.getOperator = nullptr;
-        consoleWiring.showHelp = nullptr;
-    }
     void StartWithPages() {
         UseRecordingPages(std::make_integer_sequence<int, PAGE_COUNT>());
         Start();
         m_events.Take();
     }
     void Show() {
-        Post(WM_CONSOLE_SHOW);
+        ShowWindow();
         Settled();
     }
     void Press(const char* label) {
-        OnGui([&] { Button(label)->click(); });
+        OnGui([&] { CControls(ConsoleWindow()).Press(label); });
     }
     void Type(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        OnGui([&] {
-            QWidget* const focus = QApplication::focusWidget();
-            QTest::keyClick(focus ? focus : ConsoleWindow(), key, modifiers);
-        });
+        OnGui([&] { PressKey(key, modifiers); });
     }
     int CurrentPage() {
-        int page = 0;
-        OnGui([&] { page = Console().GetTabs().GetCurrentPage(); });
-        return page;
+        return OnGui([] { return Console().GetTabs().GetCurrentPage(); });
     }
     void Select(int page) {
         OnGui([&] { Console().GetTabs().SelectPage(page); });
@@ -147,10 +124,11 @@ TEST_F(ConsoleWindowOf, NinePagesIsBuiltInTheOrderOfTheTabsAndTornDownInAnother)
         expected.push_back(std::string("Load ") + label);
     }
     EXPECT_EQ(Settled(), expected);
-    std::vector<std::string> labels;
-    OnGui([&] {
+    const auto labels = OnGui([] {
+        std::vector<std::string> texts;
         for (int i = 0; i < Console().GetTabs().count(); ++i)
-            labels.push_back(Console().GetTabs().tabText(i).toStdString());
+            texts.push_back(Console().GetTabs().tabText(i).toStdString());
+        return texts;
     });
     EXPECT_THAT(labels, ElementsAre("General", "Log file", "Time synchronization", "Alarm rules", "Event filters",
                                     "Browser", "History", "Backup", "Reports"));
@@ -239,8 +217,7 @@ TEST_F(ConsoleWindowOf, OkSavesAndHides) {
 
 TEST_F(ConsoleWindowOf, CancelTellsThePagesAndHides) {
     StartWithPages();
-    for (const auto leave :
-         {+[] { Button("Cancel")->click(); }, +[] { QTest::keyClick(ConsoleWindow(), Qt::Key_Escape); }}) {
+    for (const auto leave : {+[] { CControls(ConsoleWindow()).Press("Cancel"); }, +[] { PressKey(Qt::Key_Escape); }}) {
         Show();
         OnGui(leave);
         const auto events = Settled();
@@ -315,7 +292,7 @@ TEST_F(ConsoleWindowOf, KeysWalkThroughThePagesWhereverTheFocusIs) {
     OnGui([] { Console().GetTabs().tabBar()->setFocus(); });
     Type(Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(CurrentPage(), PAGE_REPORTS);
-    OnGui([] { Button("Help")->setFocus(); });
+    OnGui([] { CControls(ConsoleWindow()).Get<QPushButton>("Help").setFocus(); });
     Type(Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(CurrentPage(), PAGE_GENERAL);
 }
@@ -342,20 +319,19 @@ TEST_F(ConsoleWindowOf, ControlsFollowTheSizeOfTheWindow) {
         QSize window, least;
     };
     const auto look = [] {
-        Layout layout;
-        OnGui([&] {
+        return OnGui([]() -> Layout {
+            const CControls window(ConsoleWindow());
             CPageTabs& tabs = Console().GetTabs();
             for (int page = 0; page < static_cast<int>(PAGE_COUNT); ++page)
                 tabs.SelectPage(page); // each page is laid out
-            layout = {tabs.geometry(),
-                      Button("OK")->geometry(),
-                      tabs.GetPage(PAGE_BROWSER)->geometry(),
-                      tabs.GetPage(PAGE_GENERAL)->geometry(),
-                      Button("Help")->geometry(),
-                      ConsoleWindow()->size(),
-                      ConsoleWindow()->minimumSize()};
+            return {tabs.geometry(),
+                    window.Get<QPushButton>("OK").geometry(),
+                    tabs.GetPage(PAGE_BROWSER)->geometry(),
+                    tabs.GetPage(PAGE_GENERAL)->geometry(),
+                    window.Get<QPushButton>("Help").geometry(),
+                    window.GetRoot().size(),
+                    window.GetRoot().minimumSize()};
         });
-        return layout;
     };
     const Layout before = look();
     EXPECT_EQ(before.window, before.least);
@@ -419,49 +395,32 @@ TEST_F(ConsoleWindowOf, AModalDialogKeepsTheGateAndTheAboutBoxShut) {
 TEST_F(ConsoleWindowOf, ARightClickOffersTheMenu) {
     StartWithPages();
     Post(WM_CONSOLE_TRAYICON, 1, TRAY_RIGHT_BUTTON_UP);
-    std::vector<std::string> items;
-    OnGui([&] {
-        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        ASSERT_NE(menu, nullptr);
-        for (const QAction* const action : menu->actions())
-            items.push_back(action->text().toStdString());
-        menu->close();
-    });
-    EXPECT_THAT(items, ElementsAre("&Open...", "&About..."));
+    const auto entries = OnGui([] { return EntriesOf(*OpenMenu()); });
+    EXPECT_THAT(entries, ElementsAre("&Open...", "&About..."));
+    OnGui([] { OpenMenu()->close(); });
 }
 
 TEST_F(ConsoleWindowOf, TheAboutBoxNeedsNoLogin) {
     StartWithPages();
-    std::vector<std::string> texts;
-    PostToGui([] { Console().ShowAbout(); });
-    ASSERT_TRUE(Eventually([&] {
-        bool isOpen = false;
-        OnGui([&] { isOpen = QApplication::activeModalWidget() != nullptr; });
-        return isOpen;
-    }));
-    OnGui([&] {
-        auto* const box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        for (const QLabel* const label : box->findChildren<QLabel*>())
-            if (!label->text().isEmpty())
-                texts.push_back(label->text().toStdString());
-        box->reject();
+    CDialogScript script(m_events);
+    script.Do("About", [](const CControls& box) {
+        EXPECT_THAT(box.Texts(), ElementsAre("BACnet driver", "4.2.0.27"));
+        box.Press("OK");
     });
-    EXPECT_THAT(texts, ElementsAre("BACnet driver", "4.2.0.27"));
-    EXPECT_THAT(Settled(), IsEmpty());
+    Post(WM_CONSOLE_TRAYICON, 1, TRAY_RIGHT_BUTTON_UP);
+    OnGui([] { ChooseEntry(*OpenMenu(), {"&About..."}); });
+    EXPECT_THAT(Settled(), ElementsAre("Dialog(About)"));
 }
 
 TEST_F(ConsoleWindowOf, AShutdownDuringALoginEndsIt) {
     StartWithPages();
     m_driver.m_users.m_onLogin = [](QWidget* window) {
         QDialog dialog(window);
+        dialog.setWindowTitle(QStringLiteral("Login"));
         dialog.exec(); // nobody answers
     };
     Post(WM_CONSOLE_TRAYICON, 1, TRAY_LEFT_BUTTON_UP);
-    ASSERT_TRUE(Eventually([&] {
-        bool isOpen = false;
-        OnGui([&] { isOpen = QApplication::activeModalWidget() != nullptr; });
-        return isOpen;
-    }));
+    ASSERT_TRUE(IsModalOpen("Login"));
     EXPECT_TRUE(Stop());
     EXPECT_FALSE(HasWindow());
 }

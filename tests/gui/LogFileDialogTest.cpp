@@ -1,14 +1,12 @@
 // The log file page, driven by its labels.
 #include "module/console/LogFileDialog.h"
+#include "module/console/ConsolePage.h"
 #include "module/console/ConsoleState.h"
 #include "module/console/PageTabs.h"
 #include "module/widgets/SpinEdit.h"
 #include "tests/gui/ConsoleFixture.h"
 
 #include <QAbstractButton>
-#include <QGroupBox>
-#include <QLabel>
-#include <QTest>
 
 namespace {
 
@@ -22,19 +20,17 @@ protected:
             return new CLogFileDialog(place);
         };
     }
-    ~LogFilePage() override {
-        EXPECT_TRUE(!BDCManager.IsRunning() || Stop());
-        consoleWiring.newPage = {};
-    }
-    static CConsolePage& Page() { return *consolePages[PAGE_LOG_FILE]; }
-    static QAbstractButton& Button(const char* label) {
-        for (QAbstractButton* const button : Page().findChildren<QAbstractButton*>())
-            if (button->text() == QString::fromLatin1(label))
-                return *button;
-        throw std::runtime_error(label);
-    }
+    static CControls Page() { return CControls(consolePages[PAGE_LOG_FILE].load()); }
+    static void Save() { consolePages[PAGE_LOG_FILE].load()->Save(); }
+    static QAbstractButton& Button(const char* label) { return Page().Get<QAbstractButton>(label); }
     // The number beside a label, within the group whose check box has a label.
-    static CSpinEdit& Limit(const char* check) { return *Button(check).parentWidget()->findChild<CSpinEdit*>(); }
+    static CSpinEdit& Limit(const char* check) { return CControls(Button(check).parentWidget()).Only<CSpinEdit>(); }
+    // As an operator who has come to the page.
+    void ShowPage() {
+        Start();
+        ShowWindow();
+        OnGui([] { CControls(ConsoleWindow()).Only<CPageTabs>().SelectPage(PAGE_LOG_FILE); });
+    }
     static constexpr const char* ONLINE = "Limit online log file size";
     static constexpr const char* HISTORICAL = "Limit historical log file by size ";
     static constexpr const char* SESSIONS = "Limit historical log file by sessions";
@@ -56,22 +52,20 @@ TEST_F(LogFilePage, ShowsTheSettingsAndCallsNoLoggerUntilItIsSaved) {
         EXPECT_FALSE(Limit(SESSIONS).isEnabled());
     });
     EXPECT_EQ(allPropPages.log.filter, 0x80000FFFU);
-    OnGui([] { Page().Save(); });
+    OnGui(Save);
     EXPECT_THAT(Settled(), ElementsAre("EnableLog(true)", "SetLogSizeLimit(true, 1)", "EnableHisLog(true)",
                                        "SetHisLogSizeLimit(true, 10)", "SetHisLogSessionLimit(false, 100)",
                                        "SetLevel(2)", "SetFilter(4095)"));
 }
 
 TEST_F(LogFilePage, TypedTextsAreTakenAsTheyAre) {
-    Start();
+    ShowPage();
     OnGui([] {
-        Button(SESSIONS).click();
-        for (const char* const limit : {ONLINE, HISTORICAL, SESSIONS})
-            Limit(limit).selectAll();
-        QTest::keyClicks(&Limit(ONLINE), QStringLiteral("5000"));
-        QTest::keyClicks(&Limit(HISTORICAL), QStringLiteral("abc"));
-        Button("&Low info").click();
-        Page().Save();
+        Page().Press(SESSIONS);
+        TypeInto(Limit(ONLINE), "5000");
+        TypeInto(Limit(HISTORICAL), "abc");
+        Page().Press("&Low info");
+        Save();
     });
     EXPECT_EQ(allPropPages.log.onlineSizeLimit, 5000);
     EXPECT_EQ(allPropPages.log.historicalSizeLimit, 0);
@@ -99,7 +93,7 @@ TEST_F(LogFilePage, TheArrowsStayInTheirRange) {
 
 TEST_F(LogFilePage, ChecksEnableWhatDependsOnThem) {
     allPropPages.log.flags = 0;
-    Start();
+    ShowPage();
     const auto enabled = [] {
         return std::vector<bool>{Button(ONLINE).isEnabled(),     Limit(ONLINE).isEnabled(),
                                  Button(HISTORICAL).isEnabled(), Limit(HISTORICAL).isEnabled(),
@@ -107,14 +101,14 @@ TEST_F(LogFilePage, ChecksEnableWhatDependsOnThem) {
     };
     OnGui([&] {
         EXPECT_THAT(enabled(), ElementsAre(false, false, false, false, false, false));
-        Button("Enable online log").click();
+        Page().Press("Enable online log");
         EXPECT_THAT(enabled(), ElementsAre(true, false, false, false, false, false));
-        Button(ONLINE).click();
+        Page().Press(ONLINE);
         EXPECT_THAT(enabled(), ElementsAre(true, true, false, false, false, false));
-        Button("Enable historical log").click();
-        Button(SESSIONS).click();
+        Page().Press("Enable historical log");
+        Page().Press(SESSIONS);
         EXPECT_THAT(enabled(), ElementsAre(true, true, true, false, true, true));
-        Button("Enable online log").click();
+        Page().Press("Enable online log");
         EXPECT_TRUE(Button(ONLINE).isChecked()) << "the check stays";
         EXPECT_THAT(enabled(), ElementsAre(false, false, true, false, true, true));
     });
@@ -126,7 +120,7 @@ TEST_F(LogFilePage, ALevelWithoutAChoiceChecksNoneAndStays) {
     OnGui([] {
         for (const char* const level : {"&Trace", "&Normal", "&Info", "&Low info"})
             EXPECT_FALSE(Button(level).isChecked()) << level;
-        Page().Save();
+        Save();
     });
     EXPECT_EQ(allPropPages.log.level, 9U);
 }

@@ -1,11 +1,9 @@
 // The picker of trigger tags, driven through its widgets.
 #include "module/console/SelectTagDlg.h"
-
+#include "module/console/Busy.h"
 #include "tests/gui/ConsoleFixture.h"
 
 #include <QComboBox>
-#include <QDialogButtonBox>
-#include <QPushButton>
 
 namespace {
 
@@ -29,17 +27,20 @@ protected:
         std::string shown;
         std::string tag;
     };
-    // Opens the picker on a tag, chooses a row if one is given, and presses a button.
-    Outcome Pick(const std::string& tag, int row, QDialogButtonBox::StandardButton button) {
+    // Opens the picker on a tag, chooses an item if one is given, and presses a button.
+    Outcome Pick(const std::string& tag, const std::string& item, const std::string& button) {
         Outcome outcome;
+        CDialogScript script(m_events);
+        script.Do("Select trigger tag", [&](const CControls& dialog) {
+            auto& list = dialog.Only<QComboBox>();
+            outcome.shown = list.currentText().toStdString();
+            if (!item.empty())
+                ChooseItem(list, item);
+            dialog.Press(button);
+        });
         OnGui([&] {
             CSelectTagDlg dialog(ConsoleWindow(), tag);
-            EXPECT_EQ(dialog.windowTitle().toStdString(), "Select trigger tag");
-            auto* const combo = dialog.findChild<QComboBox*>();
-            outcome.shown = combo->currentText().toStdString();
-            if (row >= 0)
-                combo->setCurrentIndex(row);
-            dialog.findChild<QDialogButtonBox*>()->button(button)->click();
+            RunModal(dialog);
             outcome.tag = dialog.GetTag();
         });
         return outcome;
@@ -47,13 +48,11 @@ protected:
 };
 
 TEST_F(SelectTag, TheListHoldsNoneAndTheDigitalTagsInTheKernelsOrder) {
-    std::vector<std::string> rows;
-    OnGui([&] {
+    const auto rows = OnGui([] {
         QComboBox combo;
         combo.addItem(QStringLiteral("old"));
         BDCManager.FillTagList(combo);
-        for (int row = 0; row < combo.count(); ++row)
-            rows.push_back(combo.itemText(row).toStdString());
+        return ItemsOf(combo);
     });
     EXPECT_THAT(rows, ElementsAre("<None>", "B", "A", "BB", "Zul\u00E4ufe"));
 }
@@ -63,30 +62,29 @@ TEST_F(SelectTag, AKernelWithoutTagsLeavesNone) {
     OnGui([&] {
         QComboBox combo;
         BDCManager.FillTagList(combo);
-        EXPECT_EQ(combo.count(), 1);
-        EXPECT_EQ(combo.itemText(0).toStdString(), "<None>");
+        EXPECT_THAT(ItemsOf(combo), ElementsAre("<None>"));
     });
     EXPECT_THAT(m_events.Take(), ElementsAre("OpenTagEnumeration(7)"));
 }
 
 TEST_F(SelectTag, OpensOnTheTagItIsGiven) {
-    EXPECT_EQ(Pick("B", -1, QDialogButtonBox::Ok).shown, "B");
-    EXPECT_EQ(Pick("BB", -1, QDialogButtonBox::Ok).shown, "BB");
-    EXPECT_EQ(Pick("Zul\u00E4ufe", -1, QDialogButtonBox::Ok).shown, "Zul\u00E4ufe");
+    EXPECT_EQ(Pick("B", "", "OK").shown, "B");
+    EXPECT_EQ(Pick("BB", "", "OK").shown, "BB");
+    EXPECT_EQ(Pick("Zul\u00E4ufe", "", "OK").shown, "Zul\u00E4ufe");
     for (const char* unknown : {"", "zz", "b", "N", "<None>"})
-        EXPECT_EQ(Pick(unknown, -1, QDialogButtonBox::Ok).shown, "<None>") << unknown;
+        EXPECT_EQ(Pick(unknown, "", "OK").shown, "<None>") << unknown;
 }
 
 TEST_F(SelectTag, OkGivesTheChosenTag) {
-    EXPECT_EQ(Pick("B", -1, QDialogButtonBox::Ok).tag, "B");
-    EXPECT_EQ(Pick("B", 2, QDialogButtonBox::Ok).tag, "A");
-    EXPECT_EQ(Pick("B", 4, QDialogButtonBox::Ok).tag, "Zul\u00E4ufe");
-    EXPECT_EQ(Pick("B", 0, QDialogButtonBox::Ok).tag, "");
-    EXPECT_EQ(Pick("zz", -1, QDialogButtonBox::Ok).tag, "");
+    EXPECT_EQ(Pick("B", "", "OK").tag, "B");
+    EXPECT_EQ(Pick("B", "A", "OK").tag, "A");
+    EXPECT_EQ(Pick("B", "Zul\u00E4ufe", "OK").tag, "Zul\u00E4ufe");
+    EXPECT_EQ(Pick("B", "<None>", "OK").tag, "");
+    EXPECT_EQ(Pick("zz", "", "OK").tag, "");
 }
 
 TEST_F(SelectTag, CancelKeepsTheTag) {
-    EXPECT_EQ(Pick("zz", 2, QDialogButtonBox::Cancel).tag, "zz");
+    EXPECT_EQ(Pick("zz", "A", "Cancel").tag, "zz");
 }
 
 } // namespace
