@@ -105,13 +105,18 @@ void CFakeBacnet::SetProtocol(unsigned device, unsigned version, unsigned revisi
 
 void CFakeBacnet::AddObject(unsigned device, BACSTAC_OBJECT_ID const& object, const std::string& name) {
     const std::lock_guard lock(m_mutex);
-    m_devices.at(device).objects.push_back({object, Object{name, {}, {}}});
+    m_devices.at(device).objects.push_back({object, Object{name, {}, {}, {}}});
 }
 
 void CFakeBacnet::SetValue(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property,
                            FakeValue value) {
     const std::lock_guard lock(m_mutex);
     At(device, object).values[property] = std::move(value);
+}
+
+void CFakeBacnet::LeaveOutOfLists(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property) {
+    const std::lock_guard lock(m_mutex);
+    At(device, object).missingInLists.insert(property);
 }
 
 bool CFakeBacnet::GetValue(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property,
@@ -280,8 +285,27 @@ BACSTAC_STATUS CFakeBacnet::AsyncReadProperty(unsigned device, BACSTAC_OBJECT_ID
 }
 
 BACSTAC_STATUS CFakeBacnet::ReadPropertyList(BACSTAC_ADDRESS const& address, BACSTAC_OBJECT_ID const& object,
-                                             BACSTAC_READ_RESULT_ITEM*, unsigned*, BACSTAC_ERROR* error) {
-    return Unsupported(Text("ReadPropertyList(%u, ", InstanceOf(address)) + Text(object) + ")", error);
+                                             BACSTAC_READ_RESULT_ITEM* items, unsigned* count, BACSTAC_ERROR* error) {
+    const unsigned device = InstanceOf(address);
+    const BACSTAC_STATUS status =
+        Call(Text("ReadPropertyList(%u, ", device) + Text(object) + Text(", %u)", *count), error);
+    if (status != BACSTAC_OK)
+        return status;
+    const std::lock_guard lock(m_mutex);
+    Object* const found = FindObject(device, object);
+    if (found == nullptr)
+        return Fail(error, ERROR_CLASS_OBJECT, ERROR_CODE_UNKNOWN_OBJECT);
+    unsigned given = 0;
+    for (const auto& [property, value] : found->values) {
+        if (given == *count)
+            break;
+        BACSTAC_READ_RESULT_ITEM& item = items[given++];
+        item.Property = property;
+        item.ArrayIndex = BACSTAC_NO_INDEX;
+        item.Success = found->missingInLists.count(property) == 0 && Fill(value, item.Contents) == BACSTAC_OK ? 1 : 0;
+    }
+    *count = given;
+    return BACSTAC_OK;
 }
 
 BACSTAC_STATUS CFakeBacnet::ReadObjectList(BACSTAC_ADDRESS const& address, BACSTAC_OBJECT_ID* objects, unsigned* count,
@@ -422,8 +446,8 @@ BACSTAC_STATUS CFakeBacnet::GetEnrollmentSummary(unsigned device, BACSTAC_ENROLL
     return Unsupported(Text("GetEnrollmentSummary(%u)", device), error);
 }
 
-BACSTAC_STATUS CFakeBacnet::WhoIs(BACSTAC_ADDRESS const&, unsigned low, unsigned high) {
-    return Call(Text("WhoIs(%u, %u)", low, high), nullptr);
+BACSTAC_STATUS CFakeBacnet::WhoIs(BACSTAC_ADDRESS const& destination, unsigned low, unsigned high) {
+    return Call(Text("WhoIs(%u/%u, %u, %u)", destination.Remote, destination.Network, low, high), nullptr);
 }
 
 BACSTAC_STATUS CFakeBacnet::SynchronizeTime(bool utc, BACSTAC_DATE_TIME const&, unsigned const* devices, int count) {
@@ -551,9 +575,31 @@ BACSTAC_STATUS CFakeBacnet::GetEventInformation(unsigned device, BACSTAC_OBJECT_
     return Unsupported(Text("GetEventInformation(%u)", device), error);
 }
 
-BACSTAC_STATUS CFakeBacnet::ReadPropertyMultiple(unsigned device, BACSTAC_ADDRESS const&, BACSTAC_OBJECT_ID const*,
-                                                 BACSTAC_READ_RESULT_ITEM*, unsigned count, BACSTAC_ERROR* error) {
-    return Unsupported(Text("ReadPropertyMultiple(%u, %u)", device, count), error);
+BACSTAC_STATUS CFakeBacnet::ReadPropertyMultiple(unsigned device, BACSTAC_ADDRESS const&,
+                                                 BACSTAC_OBJECT_ID const* objects, BACSTAC_READ_RESULT_ITEM* items,
+                                                 unsigned count, BACSTAC_ERROR* error) {
+    std::string event = Text("ReadPropertyMultiple(%u", device);
+    for (unsigned i = 0; i < count; ++i) {
+        if (i == 0 || objects[i] != objects[i - 1])
+            event += ", " + Text(objects[i]);
+        event +=
+            Text(items[i].ArrayIndex == BACSTAC_NO_INDEX ? " %u" : " %u[%d]", items[i].Property, items[i].ArrayIndex);
+    }
+    const BACSTAC_STATUS status = Call(event + ")", error);
+    if (status != BACSTAC_OK)
+        return status;
+    const std::lock_guard lock(m_mutex);
+    if (m_devices.count(device) == 0)
+        return BACSTAC_STATUS_UNKNOWN_DEVICE;
+    for (unsigned i = 0; i < count; ++i) {
+        const Object* const found = FindObject(device, objects[i]);
+        items[i].Success = 0;
+        if (found == nullptr)
+            continue;
+        if (const auto value = found->values.find(items[i].Property); value != found->values.end())
+            items[i].Success = Fill(value->second, items[i].Contents) == BACSTAC_OK ? 1 : 0;
+    }
+    return BACSTAC_OK;
 }
 
 BACSTAC_STATUS CFakeBacnet::WritePropertyMultiple(unsigned device, BACSTAC_ADDRESS const&,

@@ -13,6 +13,7 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <set>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -67,6 +68,8 @@ public:
     void SetProtocol(unsigned device, unsigned version, unsigned revision);
     void AddObject(unsigned device, BACSTAC_OBJECT_ID const& object, const std::string& name = {});
     void SetValue(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property, FakeValue value);
+    // A read of all properties names the property as one that failed; a read of it alone succeeds.
+    void LeaveOutOfLists(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property);
     bool GetValue(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property, FakeValue& value);
     void AddLogEntry(unsigned device, BACSTAC_OBJECT_ID const& object, FakeLogEntry entry);
     void AddLogEntries(unsigned device, BACSTAC_OBJECT_ID const& object, const std::vector<FakeLogEntry>& entries);
@@ -101,8 +104,8 @@ public:
     BACSTAC_STATUS AsyncReadProperty(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property,
                                      int arrayIndex, BACSTAC_PROPERTY_CONTENTS& contents, BACSTAC_ERROR* error,
                                      CAsyncCallBack& callback) override;
-    BACSTAC_STATUS ReadPropertyList(BACSTAC_ADDRESS const&, BACSTAC_OBJECT_ID const&, BACSTAC_READ_RESULT_ITEM*,
-                                    unsigned*, BACSTAC_ERROR*) override;
+    BACSTAC_STATUS ReadPropertyList(BACSTAC_ADDRESS const& address, BACSTAC_OBJECT_ID const& object,
+                                    BACSTAC_READ_RESULT_ITEM* items, unsigned* count, BACSTAC_ERROR* error) override;
     BACSTAC_STATUS ReadObjectList(BACSTAC_ADDRESS const&, BACSTAC_OBJECT_ID*, unsigned*, BACSTAC_ERROR*) override;
     BACSTAC_STATUS ReadRange(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property,
                              int arrayIndex, BACSTAC_READ_RANGE_SPEC const* spec, BACSTAC_BIT_STRING* resultFlags,
@@ -126,7 +129,7 @@ public:
     BACSTAC_STATUS GetAlarmSummary(unsigned, BACSTAC_ALARM_SUMMARY*, unsigned, unsigned*, BACSTAC_ERROR*) override;
     BACSTAC_STATUS GetEnrollmentSummary(unsigned, BACSTAC_ENROLLMENT_FILTER const&, BACSTAC_ENROLLMENT_SUMMARY*,
                                         unsigned, unsigned*, BACSTAC_ERROR*) override;
-    BACSTAC_STATUS WhoIs(BACSTAC_ADDRESS const&, unsigned low, unsigned high) override;
+    BACSTAC_STATUS WhoIs(BACSTAC_ADDRESS const& destination, unsigned low, unsigned high) override;
     BACSTAC_STATUS SynchronizeTime(bool utc, BACSTAC_DATE_TIME const&, unsigned const* devices, int count) override;
     bool ReadDeviceTime(unsigned, BACSTAC_DATE_TIME&, int&) override;
     bool IsDeviceEnabled(unsigned) override;
@@ -144,8 +147,9 @@ public:
     bool LoadDir() override;
     BACSTAC_STATUS GetEventInformation(unsigned, BACSTAC_OBJECT_ID const*, BACSTAC_EVENT_SUMMARY*, unsigned, unsigned*,
                                        bool*, BACSTAC_ERROR*) override;
-    BACSTAC_STATUS ReadPropertyMultiple(unsigned, BACSTAC_ADDRESS const&, BACSTAC_OBJECT_ID const*,
-                                        BACSTAC_READ_RESULT_ITEM*, unsigned, BACSTAC_ERROR*) override;
+    // Event: "ReadPropertyMultiple(10, (2, 1) 77 28 87[0])".
+    BACSTAC_STATUS ReadPropertyMultiple(unsigned device, BACSTAC_ADDRESS const&, BACSTAC_OBJECT_ID const* objects,
+                                        BACSTAC_READ_RESULT_ITEM* items, unsigned count, BACSTAC_ERROR* error) override;
     BACSTAC_STATUS WritePropertyMultiple(unsigned, BACSTAC_ADDRESS const&, BACSTAC_OBJECT_ID const&,
                                          BACSTAC_PROPERTY_VALUE const*, unsigned, BACSTAC_ERROR*) override;
 
@@ -154,6 +158,7 @@ private:
         std::string name;
         std::map<BACSTAC_PROPERTY_ID, FakeValue> values;
         std::vector<FakeLogEntry> log; // ascending in time
+        std::set<BACSTAC_PROPERTY_ID> missingInLists;
     };
     struct Device {
         unsigned short network = 0;
