@@ -7,12 +7,14 @@
 #include "host/bacnet/Call.h"
 #include "host/bacnet/Command.h"
 #include "host/bacnet/IAmCollector.h"
-#include "host/bacnet/Scan.h"
+#include "module/browser/Progress.h"
+#include "module/browser/Scan.h"
 #include "platform/stack/client/BacnetClient.h"
 
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <mutex>
@@ -95,8 +97,20 @@ std::string DeviceCountLine(const Json& result) {
 
 // ---- scan
 
+// A scan on the command line is silent until its rows come; who asked for it may go away.
+class CCommandProgress : public IProgress {
+public:
+    explicit CCommandProgress(const CBacnetCall& call) : m_call(call) {}
+    bool SetProgress(const std::string&, unsigned) override { return Pump(); }
+    bool Pump() override { return !IsCancelled(); }
+    bool IsCancelled() const override { return m_call.IsCancelled(); }
+
+private:
+    const CBacnetCall& m_call;
+};
+
 // The directory file with what was scanned; other devices in it stay.
-bool SaveScanned(CBacnetCall& call, const CBACnetDev& device) {
+bool SaveScanned(CBacnetCall& call, const CBACnetDir& scanned) {
     static std::mutex saving; // one at a time, between reading the file and replacing it
     const std::lock_guard lock(saving);
     if (!call.ClaimFolder())
@@ -106,36 +120,61 @@ bool SaveScanned(CBacnetCall& call, const CBACnetDev& device) {
     std::error_code failure;
     if (std::filesystem::exists(path, failure) && !directory.Load(path))
         return call.Fail(path + ": cannot be loaded");
-    CBACnetDir scanned;
-    scanned.AddDev(device);
     directory.AddDir(scanned);
     if (!directory.Save(path))
         return call.Fail(path + ": cannot be written");
     return call.Stack().LoadDir() || call.Fail(path + ": cannot be loaded");
 }
 
-ControlReply Scan(CBacnetCall& call) {
-    std::size_t scanned = 0;
-    std::size_t failed = 0;
-    const std::vector<std::string> devices = call.List("devices");
-    for (const std::string& text : devices) {
+// False when the scan cannot go on. A device that is not found is a row, unless it is the only one.
+bool FindDevices(CBacnetCall& call, const std::vector<std::string>& texts, DeviceAddresses& devices,
+                 std::size_t& failed) {
+    for (const std::string& text : texts) {
         unsigned instance = 0;
-        CBACnetDev device;
-        if (call.FindDevice(text, instance) && ScanDevice(call, instance, device) && SaveScanned(call, device)) {
-            ++scanned;
-            Json row = DeviceRow(call, instance, device.GetAddr());
-            row["objects"] = device.GetObjects().size();
-            if (!call.Row(row))
-                return call.Failure();
-        } else if (devices.size() == 1 || call.Failure().code == EXIT_USAGE || call.IsCancelled()) {
+        if (call.FindDevice(text, instance)) {
+            devices.emplace(instance, call.Stack().GetDevAddr(instance));
+            continue;
+        }
+        if (texts.size() == 1 || call.Failure().code == EXIT_USAGE || call.IsCancelled())
+            return false;
+        ++failed;
+        if (!call.Row({{"device", text}, {"error", call.Failure().error}}))
+            return false;
+    }
+    return true;
+}
+
+ControlReply Scan(CBacnetCall& call) {
+    DeviceAddresses devices;
+    std::size_t failed = 0;
+    if (!FindDevices(call, call.List("devices"), devices, failed))
+        return call.Failure();
+    CBACnetDir directory;
+    CCommandProgress progress(call);
+    std::vector<ScannedDevice> scanned;
+    if (!ScanDevices(call.Stack(), devices, directory, progress, &scanned)) {
+        call.Fail("nobody waits for the result any more");
+        return call.Failure();
+    }
+    const auto isRead = [](const ScannedDevice& device) { return device.status == BACSTAC_OK; };
+    if (std::ranges::any_of(scanned, isRead) && !SaveScanned(call, directory))
+        return call.Failure();
+    std::size_t succeeded = 0;
+    for (const ScannedDevice& device : scanned) {
+        Json row = DeviceRow(call, device.device, devices[device.device]);
+        if (call.Succeeded(device.status, device.error, DeviceName(device.device) + ", object-list")) {
+            ++succeeded;
+            row["objects"] = device.objects;
+        } else if (scanned.size() == 1 && failed == 0) {
             return call.Failure();
         } else {
             ++failed;
-            if (!call.Row({{"device", text}, {"error", call.Failure().error}}))
-                return call.Failure();
+            row = {{"device", std::to_string(device.device)}, {"error", call.Failure().error}};
         }
+        if (!call.Row(row))
+            return call.Failure();
     }
-    return call.DonePartly(scanned, failed, {{"directory", CBacGeneral::GetDirFileName()}});
+    return call.DonePartly(succeeded, failed, {{"directory", CBacGeneral::GetDirFileName()}});
 }
 
 std::string ScannedLine(const Json& row) {

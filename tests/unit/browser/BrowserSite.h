@@ -1,0 +1,72 @@
+// Fake devices with a recorder around them, for tests of the browser's logic.
+#pragma once
+
+#include "api/bacnet/Enums.h"
+#include "module/browser/Progress.h"
+#include "tests/support/FakeBacnet.h"
+#include "tests/support/LogSink.h"
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <string>
+
+using Lines = CEventList::Lines;
+
+inline constexpr BACSTAC_OBJECT_ID Device(unsigned instance) {
+    return {OBJ_DEVICE, instance};
+}
+
+// Records the progress as "percent text" with "|" for a line break.
+class CFakeProgress : public IProgress {
+public:
+    explicit CFakeProgress(CEventList& events) : m_events(events) {}
+
+    bool SetProgress(const std::string& text, unsigned percent) override {
+        std::string line = std::to_string(percent) + " " + text;
+        if (const auto at = line.find("\r\n"); at != std::string::npos)
+            line.replace(at, 2, "|");
+        m_events.Add(line);
+        return Pump();
+    }
+    bool Pump() override {
+        if (m_onPump)
+            m_onPump();
+        return !m_isEnding;
+    }
+    bool IsCancelled() const override { return m_isCancelled; }
+
+    CEventList& m_events;
+    std::function<void()> m_onPump;
+    bool m_isCancelled = false;
+    bool m_isEnding = false;
+};
+
+class BrowserSite : public testing::Test {
+protected:
+    BrowserSite() { BACnet = &m_bacnet; }
+    ~BrowserSite() override { BACnet = nullptr; }
+
+    void AddDevice(unsigned device, const std::string& name, unsigned short network = 0) {
+        m_bacnet.AddDevice(device, network, name);
+        Name(device, Device(device), name);
+    }
+    void AddObject(unsigned device, BACSTAC_OBJECT_ID id, const std::string& name) {
+        m_bacnet.AddObject(device, id, name);
+        Name(device, id, name);
+    }
+    void SetValue(unsigned device, BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property, const FakeValue& value) {
+        m_bacnet.SetValue(device, id, property, value);
+    }
+
+    CEventList m_events; // calls and progress
+    CEventList m_log;
+    CFakeBacnet m_bacnet{m_events};
+    CLogSink m_sink{m_log};
+
+private:
+    void Name(unsigned device, BACSTAC_OBJECT_ID id, const std::string& name) {
+        if (!name.empty())
+            SetValue(device, id, PROP_OBJECT_NAME, FakeValue::Text(name));
+    }
+};
