@@ -1,0 +1,24 @@
+// Keeps the console alive while one value is read before an edit: a progress over the console, closed to give up. On
+// the stack of the console thread, for one AsyncReadProperty.
+#pragma once
+
+#include "api/bacnet/Callbacks.h"
+#include "module/browser/Progress.h"
+
+#include <memory>
+
+class COBAsyncCallBack : public CAsyncCallBack {
+public:
+    explicit COBAsyncCallBack(IProgressSource& source) : m_source(source) {}
+
+    void OnWaitStart() override {
+        m_progress = m_source.OpenProgress();
+        m_progress->SetProgress("Waiting for device answer", 0);
+    }
+    int OnWaitPoll() override { return m_progress && m_progress->Pump() && !m_progress->IsCancelled() ? 1 : 0; }
+    void OnWaitEnd() override { m_progress.reset(); }
+
+private:
+    IProgressSource& m_source;
+    std::unique_ptr<IProgress> m_progress;
+};
