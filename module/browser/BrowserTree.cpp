@@ -218,7 +218,8 @@ bool ResolveItem(const TreeItem* item, bool withObject, TreeIdentity& identity) 
         if (item->kind > TreeKind::Device && !withObject)
             return false;
     }
-    if (withObject && identity.object == BACSTAC_OBJECT_ID{TreeIdentity::NONE, TreeIdentity::NONE})
+    if (withObject && identity.device != TreeIdentity::NONE &&
+        identity.object == BACSTAC_OBJECT_ID{TreeIdentity::NONE, TreeIdentity::NONE})
         identity.object = {OBJ_DEVICE, identity.device};
     return identity.network != TreeIdentity::NO_NETWORK && identity.device != TreeIdentity::NONE;
 }
