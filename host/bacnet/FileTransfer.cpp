@@ -72,7 +72,7 @@ private:
     Arguments At(std::uint64_t start) const {
         Arguments arguments{{"start", std::to_string(start)}};
         if (m_isRecords)
-            arguments["records"] = "1";
+            arguments.emplace("records", "1");
         return arguments;
     }
 
