@@ -89,7 +89,8 @@ Table NetworkEntries() {
 Table RoutedEntries() {
     return {
         {"answer over a router", ReadProperty, "GOOD", BACSTAC_OK, "72.3"},
-        {"error over a router", ReadProperty, "50 ID 0C 91 01 91 1F", BACSTAC_STATUS_ERROR},
+        {"error over a router", ReadProperty, "50 ID 0C 91 01 91 1F", BACSTAC_STATUS_ERROR,
+         "error: unknown-object (object)"},
         {"silence behind a router", ReadProperty, "-", BACSTAC_STATUS_TIMEOUT},
         {"late answer over a router", ReadProperty, "after=500 GOOD ; -", BACSTAC_OK, "72.3"},
         {"answer twice over a router", ReadProperty, "times=2 GOOD", BACSTAC_OK, "72.3"},

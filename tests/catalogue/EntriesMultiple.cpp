@@ -59,7 +59,7 @@ Table MultipleEntries() {
         Results("results of an element that nobody asked for", "29 4D 39 01 4E 75 05 00 54 65 6D 70 4F",
                 BACSTAC_STATUS_INVALID_ANSWER),
         Results("result of another type than its neighbour's", "29 4D 4E 21 07 4F 29 55 4E 44 42 90 99 9A 4F",
-                BACSTAC_OK),
+                BACSTAC_OK, "\a 72.3"),
         Results("result too long for its room", "29 4D 4E 75 29 00 41*40 4F 29 55 4E 44 42 90 99 9A 4F", BACSTAC_OK,
                 "AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA 72.3"),
         Results("result of a wrong length beside a good one", "29 4D 4E 75 05 00 54 65 6D 70 4F 29 55 4E 42 42 90 4F",
@@ -122,7 +122,8 @@ Table ObjectListEntries() {
         {"count of no objects", CountObjects, Element("00", "21 00"), BACSTAC_OK, "0"},
         {"count of a device that has no array, but a list", CountObjects,
          "50 ID 0C 91 02 91 32 ; " + List("C4 00 00 00 01 C4 02 00 00 07"), BACSTAC_OK, "2"},
-        {"count refused, and the list too", CountObjects, "50 ID 0C 91 01 91 1F", BACSTAC_STATUS_ERROR},
+        {"count refused, and the list too", CountObjects, "50 ID 0C 91 01 91 1F", BACSTAC_STATUS_ERROR,
+         "error: unknown-object (object)"},
         {"list of no objects", ListObjects, List(""), BACSTAC_OK, ""},
         {"list cut in an object", ListObjects, "30 ID 0C OBJ 19 4C 3E C4 00 00 00 01 C4 02 00 3F",
          BACSTAC_STATUS_INVALID_ANSWER},
@@ -154,11 +155,12 @@ Table ObjectListEntries() {
          "71 ID 04 ; " + Element("00", "21 01") + " ; 60 ID 09 ; " + Element("01", "21 07"),
          BACSTAC_STATUS_INVALID_ANSWER},
         {"list by index whose element is refused", ListObjects,
-         "71 ID 04 ; " + Element("00", "21 01") + " ; 60 ID 09 ; 50 ID 0C 91 02 91 28", BACSTAC_STATUS_ERROR},
+         "71 ID 04 ; " + Element("00", "21 01") + " ; 60 ID 09 ; 50 ID 0C 91 02 91 28", BACSTAC_STATUS_ERROR,
+         "error: write-access-denied (property)"},
         {"list by index, silent in the middle", ListObjects,
          "71 ID 04 ; " + Element("00", "21 02") + " ; 60 ID 09 ; " + Element("01", "C4 00 00 00 01") + " ; -",
          BACSTAC_STATUS_TIMEOUT},
-        {"list that grows for ever while it is read", ListObjects, "", BACSTAC_OK, "", GrowingList},
+        {"list that grows for ever while it is read", ListObjects, "", BACSTAC_OK, "0:1 0:2 0:3 0:4", GrowingList},
     };
 }
 

@@ -314,7 +314,8 @@ Table RoutedSegmentEntries() {
         {"segments over a router, one always lost", ReadRange, "", BACSTAC_STATUS_TIMEOUT, "", OneAlwaysLost},
         {"segments over a router, of the router itself in the middle", ReadRange, "", BACSTAC_OK, whole,
          RouterInTheMiddle},
-        {"segments over a router, aborted in the middle", ReadRange, "", BACSTAC_STATUS_ABORT, "", AbortInTheMiddle},
+        {"segments over a router, aborted in the middle", ReadRange, "", BACSTAC_STATUS_ABORT,
+         "abort: out-of-resources", AbortInTheMiddle},
         {"segments over a router without end", ReadRange, "", BACSTAC_STATUS_BUFFER_TOO_SMALL, "", Endless},
     };
 }

@@ -14,7 +14,7 @@ struct Entry {
     Call Ask;
     std::string Text; // the script; see FromText
     BACSTAC_STATUS Status;
-    // What the call gave after BACSTAC_OK; the text of the failure otherwise. Empty: whatever it is.
+    // What the call gave after BACSTAC_OK; the text of the failure otherwise, which local failures need not say again.
     std::string Expected = {};
     // Instead of Text, for what text cannot say.
     Script (*Make)() = nullptr;
