@@ -140,6 +140,32 @@ TEST(PropertyValue, ExchangesEveryGoldenValueWithRawMemory) {
     }
 }
 
+// Conditions of reports keep a value in an area of bytes, and its heap is gone by the time that it is read.
+TEST(PropertyValue, PrimitivesInRawMemoryNeedNoHeap) {
+    for (const GoldenValue& golden : GOLDEN_VALUES) {
+        if (golden.Type > TYPE_STRING || golden.Type == TYPE_OCTET_STRING || golden.Type == TYPE_RAW_STRING)
+            continue;
+        const ValuePtr value = NewValue(golden.Type);
+        CPropertyContents contents(1024);
+        ASSERT_EQ(DecodeRecords(Hex(golden.Hex), golden.Type, contents), DecodeResult::ok);
+        ASSERT_TRUE(value->ReadFrom(contents));
+        std::vector<std::uint8_t> memory(value->GetDataSize());
+        {
+            CHeap heap;
+            ASSERT_TRUE(value->WriteTo(memory.data(), heap));
+        }
+        const ValuePtr other = NewValue(golden.Type);
+        ASSERT_TRUE(other->ReadFrom(memory.data())) << golden.Type << " " << golden.What;
+        EXPECT_EQ(Encoded(*other), Spaced(golden.Hex)) << golden.Type << " " << golden.What;
+    }
+    CPVString text;
+    text.Value = "in place";
+    std::vector<std::uint8_t> memory(text.GetDataSize());
+    CHeap heap;
+    ASSERT_TRUE(text.WriteTo(memory.data(), heap));
+    EXPECT_STREQ(reinterpret_cast<const char*>(memory.data()), "in place");
+}
+
 TEST(PropertyValue, RefusesContentsOfAnotherTypeAndSmallBuffers) {
     CPropertyContents contents(64);
     ASSERT_EQ(DecodeRecords(Hex("2105"), TYPE_UNSIGNED, contents), DecodeResult::ok);
