@@ -1,5 +1,6 @@
 // The services that write, create, manage, transfer files and list alarms, through the client.
 #include "api/bacnet/Enums.h"
+#include "api/bacnet/Log.h"
 #include "api/bacnet/Requests.h"
 #include "tests/unit/stack/client/ClientFixture.h"
 
@@ -183,6 +184,19 @@ TEST_F(CommandsTest, ManagesDevices) {
     EXPECT_EQ(Last(), "14 09 01 1B 00 70 77");
 }
 
+TEST_F(CommandsTest, SendsPasswordsAsUtf8OfAnyLength) {
+    Accept();
+    EXPECT_EQ(m_client->ReinitializeDevice(DeviceAt(1), BACSTAC_REINIT_COLDSTART, "T\xC3\xBCr", nullptr), BACSTAC_OK);
+    EXPECT_EQ(Last(), "14 09 00 1D 05 00 54 C3 BC 72");
+    // The standard's 20 characters are the device's business.
+    const std::string longer(21, 'x');
+    EXPECT_EQ(m_client->DeviceCommControl(DeviceAt(1), 0, BACSTAC_DCC_ENABLE, longer.c_str(), nullptr), BACSTAC_OK);
+    std::string octets;
+    for (std::size_t i = 0; i < longer.size(); ++i)
+        octets += " 78";
+    EXPECT_EQ(Last(), "11 19 00 2D 16 00" + octets);
+}
+
 TEST_F(CommandsTest, SynchronizesTheListedDevicesOnly) {
     Know(1);
     Know(2);
@@ -336,6 +350,25 @@ TEST_F(CommandsTest, ListsEnrollments) {
     EXPECT_EQ(Last(), "04 09 00");
     EXPECT_EQ(count, 1U);
     EXPECT_EQ(summary.NotificationClass, 4U);
+}
+
+TEST_F(CommandsTest, SaysOnceInTheLogThatASummaryWasCut) {
+    class Sink : public CQilBAC_ErrLog::ISink {
+    public:
+        void OnLine(CQilBAC_ErrLog::KIND, const std::string& text) override { Lines.push_back(text); }
+        std::vector<std::string> Lines;
+    };
+    const std::string alarm = "C4 00 00 00 02 91 03 82 05 60 ";
+    AnswerWith(alarm + alarm + alarm);
+    const auto sink = std::make_shared<Sink>();
+    CQilBAC_ErrLog::Instance().SetSink(sink);
+    BACSTAC_ALARM_SUMMARY summary{};
+    unsigned count = 0;
+    EXPECT_EQ(m_client->GetAlarmSummary(DeviceAt(1), &summary, 1, &count, &m_error), BACSTAC_OK);
+    CQilBAC_ErrLog::Instance().SetSink(nullptr);
+    EXPECT_EQ(count, 1U);
+    ASSERT_EQ(sink->Lines.size(), 1U);
+    EXPECT_NE(sink->Lines[0].find("device 101 has more entries than the 1"), std::string::npos) << sink->Lines[0];
 }
 
 class Events : public CEventInfoService {

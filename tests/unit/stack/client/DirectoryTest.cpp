@@ -89,7 +89,36 @@ void Write(const fs::path& path, const std::string& bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
 }
 
+// Counts those of its kind that are alive.
+class CountedValue : public CPVUnsigned {
+public:
+    explicit CountedValue(int& alive) : m_alive(alive) { ++m_alive; }
+    CountedValue(const CountedValue& other) : CPVUnsigned(other), m_alive(other.m_alive) { ++m_alive; }
+    CountedValue& operator=(const CountedValue&) = delete;
+    ~CountedValue() override { --m_alive; }
+    CPropertyValue* Clone() const override { return new CountedValue(*this); }
+
+private:
+    int& m_alive;
+};
+
 // ---- entries
+
+TEST(DirectoryTest, OwnsTheValuesThatItIsGiven) {
+    int alive = 0;
+    {
+        CBACnetObj object = Object({0, 1}, "object");
+        object.SetPropVal(1000, new CountedValue(alive));
+        object.SetPropVal(1001, new CountedValue(alive));
+        object.SetPropVal(1000, new CountedValue(alive)); // the former one is deleted
+        EXPECT_EQ(alive, 2);
+        object.SetPropVal(1001, nullptr);
+        EXPECT_EQ(alive, 1);
+        const CBACnetObj copy(object);
+        EXPECT_EQ(copy.GetPropVals()->size(), 1U);
+    }
+    EXPECT_EQ(alive, 0);
+}
 
 TEST(DirectoryTest, TakesCopiesOfWhatIsAdded) {
     CBACnetDir dir;
