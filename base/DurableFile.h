@@ -35,6 +35,7 @@ public:
     CFileReplacement& operator=(const CFileReplacement&) = delete;
 
     void Write(std::string_view bytes);
+    bool HasFailed() const { return !m_error.empty(); }
     // Makes what was written durable and closes it; the path still holds the former file.
     bool Finish();
     // Finishes, and puts it in the place of the file, durably. False: the former file stands as it was, unless only

@@ -48,8 +48,10 @@ bool CLocalStation::Open(bool withNetwork, std::string& error) {
         m_client = bacnet::BacnetClient::Open(config, error);
     else
         m_client = std::make_unique<bacnet::BacnetClient>(config, std::vector<bacnet::ClientLink>());
-    if (!m_client)
+    if (!m_client) {
+        error += "; --config tells which ports to open";
         return false;
+    }
     BACnet = m_client.get();
     CBacGeneral::SetDirFileName(m_folder + "/" + m_config.directoryFile);
     if (access(CBacGeneral::GetDirFileName().c_str(), F_OK) != 0 || m_client->LoadDir())

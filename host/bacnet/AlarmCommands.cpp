@@ -10,6 +10,8 @@
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
+#include <iterator>
+
 using Json = nlohmann::ordered_json;
 
 namespace {
@@ -144,6 +146,30 @@ ControlReply Alarms(CBacnetCall& call) {
     return rows.Reply();
 }
 
+std::string ElementText(const Json& row, const char* list, std::size_t index) {
+    const auto found = row.find(list);
+    if (found == row.end() || !found->is_array() || index >= found->size())
+        return "-";
+    const Json& element = (*found)[index];
+    return element.is_string() ? Printable(element.get<std::string>()) : element.dump();
+}
+
+// Whether a transition has come about: its time, or its number in the device's sequence, is there.
+bool HasComeAbout(const std::string& time) {
+    return !time.starts_with('*') && time != "#0" && time != "-";
+}
+
+std::string TransitionsText(const Json& row) {
+    static constexpr const char* NAMES[] = {"to-offnormal", "to-fault", "to-normal"};
+    std::string text;
+    for (std::size_t i = 0; i < std::size(NAMES); ++i) {
+        const std::string time = ElementText(row, "times", i);
+        if (HasComeAbout(time))
+            text += fmt::format(", {} {} (priority {})", NAMES[i], time, ElementText(row, "priorities", i));
+    }
+    return text;
+}
+
 std::string AlarmLine(const Json& row) {
     if (row.contains("error"))
         return fmt::format("{:<19} {}", MemberText(row, "service"), MemberText(row, "error"));
@@ -155,8 +181,7 @@ std::string AlarmLine(const Json& row) {
         line += fmt::format(" {}, priority {}, class {}", MemberText(row, "event_type"), MemberText(row, "priority"),
                             MemberText(row, "notification_class"));
     if (row.contains("times"))
-        line += fmt::format(", {}, priorities {}, times {}", MemberText(row, "notify_type"),
-                            MemberText(row, "priorities"), MemberText(row, "times"));
+        line += ", " + MemberText(row, "notify_type") + TransitionsText(row);
     return line;
 }
 

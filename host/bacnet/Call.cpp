@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cctype>
 #include <thread>
 
 using namespace std::chrono_literals;
@@ -20,6 +21,20 @@ namespace {
 constexpr auto ANSWER_TIME = 3s; // for the I-Am of one device
 constexpr auto ASK_AGAIN = 1s;
 constexpr auto LOOK_AGAIN = 20ms;
+
+// What a failure on this side means for who reads it.
+const char* HintOf(BACSTAC_STATUS status) {
+    switch (status) {
+    case BACSTAC_STATUS_TIMEOUT:
+        return ": it does not answer";
+    case BACSTAC_STATUS_NO_ROUTE:
+        return ": no router answers for it, see bdc router list";
+    case BACSTAC_STATUS_DISABLED:
+        return ": switched off in the running instance, see bdc status";
+    default:
+        return "";
+    }
+}
 
 std::string Dumped(const Json& json) {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
@@ -59,13 +74,24 @@ std::vector<std::string> CBacnetCall::List(const char* key) const {
     return list;
 }
 
+// As the user writes it: "--wait" or "DEVICE".
+std::string CBacnetCall::NameOf(std::string_view key) const {
+    for (const CommandOption& option : FindBacnetCommand(m_request.command)->options) {
+        if (key == option.key)
+            return option.option;
+    }
+    std::string name(key);
+    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char letter) { return std::toupper(letter); });
+    return name;
+}
+
 bool CBacnetCall::TakeNumber(const char* key, std::int64_t low, std::int64_t high, std::int64_t& value) {
     if (!Has(key))
         return true;
     const auto number = ParseAs<std::int64_t>(Text(key));
     if (!number || *number < low || *number > high)
-        return Refuse("--" + std::string(key) + " is a number from " + std::to_string(low) + " to " +
-                      std::to_string(high) + ", not \"" + Text(key) + "\"");
+        return Refuse(NameOf(key) + " is a number from " + std::to_string(low) + " to " + std::to_string(high) +
+                      ", not \"" + Text(key) + "\"");
     value = *number;
     return true;
 }
@@ -173,7 +199,7 @@ bool CBacnetCall::AskWhoIsThere(const BACSTAC_ADDRESS& address, unsigned& device
 // ---- results
 
 bool CBacnetCall::Succeeded(BACSTAC_STATUS status, const BACSTAC_ERROR& error, const std::string& what) {
-    return status == BACSTAC_OK || Fail(what + ": " + CBacGeneral::GetErrorText(status, &error));
+    return status == BACSTAC_OK || Fail(what + ": " + CBacGeneral::GetErrorText(status, &error) + HintOf(status));
 }
 
 bool CBacnetCall::Row(const Json& row) {

@@ -18,6 +18,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace bacnet {
@@ -73,6 +74,7 @@ public:
     ControlReply DonePartly(std::size_t succeeded, std::size_t failed, const nlohmann::ordered_json& result) const;
 
 private:
+    std::string NameOf(std::string_view key) const;
     bool FindInstance(unsigned instance);
     bool FindAtAddress(const BACSTAC_ADDRESS& address, unsigned& device);
     bool AskWhoIsThere(const BACSTAC_ADDRESS& address, unsigned& device);

@@ -123,7 +123,7 @@ ControlReply GetFile(const FileTransfer& transfer, const AskStep& ask) {
     CFileReplacement target(transfer.path, FileAccess::AsBefore);
     std::uint64_t octets = 0;
     std::uint64_t records = 0;
-    for (bool isEnd = false; !isEnd;) {
+    for (bool isEnd = false; !isEnd && !target.HasFailed();) {
         std::vector<std::string> pieces;
         if (!file.Read(file.IsRecords() ? records : octets, pieces, isEnd))
             return file.Failure();

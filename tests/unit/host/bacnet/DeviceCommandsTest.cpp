@@ -101,6 +101,9 @@ TEST_P(DeviceCommands, AlarmsShowsWhatEachServiceTells) {
     EXPECT_EQ(alarms[2]["times"].size(), 3U);
     EXPECT_THAT(Output({"alarms", "1000", "--service", "alarm-summary"}),
                 testing::StartsWith("alarm-summary       analog-input:1               high-limit acked {"));
+    const std::string event = Output({"alarms", "1000", "--service", "event-information"});
+    EXPECT_THAT(event, testing::ContainsRegex(", to-offnormal 20[^ ]+ [^ ]+ [(]priority [0-9]+[)]\n"));
+    EXPECT_THAT(event, testing::Not(HasSubstr("to-fault *"))) << "what has not come about has no time";
 }
 
 TEST_P(DeviceCommands, AlarmsGoesOnBehindAServiceThatIsRefused) {

@@ -105,6 +105,13 @@ TEST_P(RangeAndFileCommands, FilesOfRecordsAreLinesOfHexadecimalPairs) {
     EXPECT_EQ(Run({"file", "put", "1000", "2", m_data.File("new")}).code, 2);
 }
 
+TEST_P(RangeAndFileCommands, NothingIsReadForACopyThatCannotBeWritten) {
+    Device(1000).SetFault(sim::Fault::Error(5, 5).OnlyFor(bacnet::ConfirmedService::atomicReadFile));
+    const ProcessResult result = Run({"file", "get", "1000", "1", m_data.File("no folder/copy")});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.errors, HasSubstr("no folder/copy.tmp: cannot be made: No such file or directory"));
+}
+
 TEST_P(RangeAndFileCommands, AFileThatCannotBeReadLeavesTheCopyAsItWas) {
     m_data.Put("copy", "former");
     const ProcessResult missing = Run({"file", "get", "1000", "9", m_data.File("copy")});
@@ -115,6 +122,8 @@ TEST_P(RangeAndFileCommands, AFileThatCannotBeReadLeavesTheCopyAsItWas) {
     EXPECT_EQ(m_data.Get("copy"), "former");
     EXPECT_FALSE(m_data.Has("copy.tmp"));
     EXPECT_EQ(Run({"file", "put", "1000", "1", m_data.File("no such file")}).code, 1);
-    EXPECT_EQ(Run({"file", "get", "1000", "x", m_data.File("copy")}).code, 2);
+    const ProcessResult wrong = Run({"file", "get", "1000", "x", m_data.File("copy")});
+    EXPECT_EQ(wrong.code, 2);
+    EXPECT_EQ(wrong.errors, "bdc: INSTANCE is a number from 0 to 4194303, not \"x\"\n");
     EXPECT_EQ(Run({"file", "get", "1000", "1"}).code, 2);
 }
