@@ -1,5 +1,6 @@
 #include "host/BacnetCommandLine.h"
 
+#include "base/NumberText.h"
 #include "host/ControlClient.h"
 #include "host/DataFolder.h"
 #include "host/LocalStation.h"
@@ -25,6 +26,13 @@ using RowTaker = std::function<void(const std::string&)>;
 
 // Longer than any wait that a command can be told.
 constexpr auto LONGEST_SILENCE = std::chrono::minutes(11);
+
+const CLI::Validator IS_DESCRIPTOR(
+    [](const std::string& text) {
+        const auto number = ParseU32(text);
+        return number && *number <= 0xFFFF ? std::string() : "not the number of an open file descriptor: " + text;
+    },
+    "NUMBER");
 
 struct BacnetInvocation {
     RunOptions site; // configuration, data folder and form of the output
@@ -217,7 +225,7 @@ void AddBacnetCommands(CLI::App& app, const std::string& footer, std::function<i
             auto* const prompt = sub.add_flag("--password", invocation->asksPassword, "Asks for the device's password");
             sub.add_option("--password-fd", invocation->passwordDescriptor,
                            "Reads the device's password from this file descriptor")
-                ->check(CLI::NonNegativeNumber)
+                ->check(IS_DESCRIPTOR)
                 ->excludes(prompt);
         }
         AddCommonOptions(sub, *invocation, footer);

@@ -6,6 +6,8 @@
 #include "host/ControlClient.h"
 #include "host/DataFolder.h"
 #include "host/Demo.h"
+#include "host/HelpText.h"
+#include "host/Output.h"
 #include "host/Render.h"
 #include "host/Run.h"
 #include "host/TimeText.h"
@@ -14,6 +16,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <string>
@@ -179,11 +182,44 @@ void AddDemo(CLI::App& app, Invocation& invocation) {
     demo.callback([&] { invocation.command = [](Invocation& i) { return RunDemo(i.demo); }; });
 }
 
-} // namespace
+// The command that the words had reached when they went wrong.
+const CLI::App& ReachedCommand(const CLI::App& app) {
+    const auto reached = app.get_subcommands();
+    return reached.empty() ? app : ReachedCommand(*reached.front());
+}
 
-int RunCommandLine(int argc, char** argv) {
+std::string FullName(const CLI::App& command) {
+    const CLI::App* const parent = command.get_parent();
+    return (parent == nullptr ? std::string() : FullName(*parent) + " ") + command.get_name();
+}
+
+// A word that nobody knows says more than that another one is missing.
+std::string Fault(const CLI::App& command, const CLI::ParseError& error) {
+    const auto unknown = command.remaining();
+    const bool hasCommands = !command.get_subcommands([](const CLI::App*) { return true; }).empty();
+    if (!unknown.empty())
+        return "\"" + unknown.front() + "\" is " +
+               (unknown.front().starts_with('-') ? "no option of it"
+                : hasCommands                    ? "no command"
+                                                 : "one word too many");
+    return dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && hasCommands ? "a command is missing"
+                                                                                     : error.what();
+}
+
+int ReportUsage(const CLI::App& app, const CLI::ParseError& error, bool json) {
+    const CLI::App& command = ReachedCommand(app);
+    const std::string name = FullName(command);
+    const std::string fault = Fault(command, error);
+    if (json)
+        return ReportFailure(EXIT_USAGE, name + ": " + fault, json);
+    Put(stderr, "{}: {}\n{} --help tells more.\n", name, fault, name);
+    return EXIT_USAGE;
+}
+
+int Execute(int argc, char** argv) {
     Invocation invocation;
     CLI::App app("BACnet configuration console and unattended jobs", "bdc");
+    app.formatter(HelpFormatter());
     app.set_version_flag("--version", "bdc " BDC_VERSION);
     app.require_subcommand(1);
     app.footer(FOOTER);
@@ -195,8 +231,19 @@ int RunCommandLine(int argc, char** argv) {
     AddUserCommands(app, FOOTER, otherCommand);
     try {
         app.parse(argc, argv);
+    } catch (const CLI::Success& success) { // --help, --version
+        return app.exit(success);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
+        return ReportUsage(app, error, std::find(argv, argv + argc, std::string_view("--json")) != argv + argc);
     }
     return otherCommand ? otherCommand() : invocation.command(invocation);
+}
+
+} // namespace
+
+int RunCommandLine(int argc, char** argv) {
+    OccupyStandardStreams();
+    const int code = Execute(argc, argv);
+    std::string error;
+    return FlushOutput(error) ? code : ReportFailure(EXIT_FAILED, error, false);
 }

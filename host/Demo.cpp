@@ -6,6 +6,7 @@
 #include "host/DemoDirectory.h"
 #include "host/DemoPort.h"
 #include "host/DemoSite.h"
+#include "host/Output.h"
 #include "host/Render.h"
 #include "host/Run.h"
 #include "host/Runtime.h"
@@ -231,7 +232,7 @@ bool CDemo::CountStored(Counts& stored, std::string& error) {
 void CDemo::Say(const std::string& text) const {
     if (m_options.json)
         return;
-    fmt::print("{}\n", text);
+    Put(stdout, "{}\n", text);
     std::fflush(stdout);
 }
 
@@ -239,24 +240,24 @@ void CDemo::Print() const {
     if (m_options.json)
         return PrintJson();
     const auto line = [](const std::string& name, std::uint64_t expected, std::uint64_t stored, std::uint64_t now) {
-        fmt::print("{:<40} {:>10} {:>10} {:>10}\n", name, expected, stored, now);
+        Put(stdout, "{:<40} {:>10} {:>10} {:>10}\n", name, expected, stored, now);
     };
     const auto of = [](const Counts& counts, const std::string& name) {
         const auto found = counts.find(name);
         return found == counts.end() ? 0 : found->second;
     };
-    fmt::print("\n{:<40} {:>10} {:>10} {:>10}\n", "tag", "expected", "stored", "new");
+    Put(stdout, "\n{:<40} {:>10} {:>10} {:>10}\n", "tag", "expected", "stored", "new");
     Counts names = m_summary.expected;
     names.insert(m_summary.stored.begin(), m_summary.stored.end());
     for (const auto& [name, ignored] : names)
         line(name, of(m_summary.expected, name), of(m_summary.stored, name), of(m_summary.addedNow, name));
     line("total", Summary::Sum(m_summary.expected), Summary::Sum(m_summary.stored), Summary::Sum(m_summary.addedNow));
-    fmt::print("\ndevices found {} of {}, records expected {}, stored {}, new {}, errors {}: {}\n",
-               m_summary.devicesFound, m_summary.devicesExpected, Summary::Sum(m_summary.expected),
-               Summary::Sum(m_summary.stored), Summary::Sum(m_summary.addedNow), m_summary.transfer.errorCount,
-               m_summary.IsComplete() ? "complete" : "NOT complete");
+    Put(stdout, "\ndevices found {} of {}, records expected {}, stored {}, new {}, errors {}: {}\n",
+        m_summary.devicesFound, m_summary.devicesExpected, Summary::Sum(m_summary.expected),
+        Summary::Sum(m_summary.stored), Summary::Sum(m_summary.addedNow), m_summary.transfer.errorCount,
+        m_summary.IsComplete() ? "complete" : "NOT complete");
     if (m_summary.transfer.errorCount != 0)
-        fmt::print("the last error: {}\n", Printable(m_summary.transfer.lastError));
+        Put(stdout, "the last error: {}\n", Printable(m_summary.transfer.lastError));
     std::fflush(stdout);
 }
 
@@ -280,7 +281,7 @@ void CDemo::PrintJson() const {
                         {"lastError", m_summary.transfer.lastError},
                         {"complete", m_summary.IsComplete()},
                         {"tags", tags}};
-    fmt::print("{}\n", document.dump(-1, ' ', false, Json::error_handler_t::replace));
+    Put(stdout, "{}\n", document.dump(-1, ' ', false, Json::error_handler_t::replace));
     std::fflush(stdout);
 }
 

@@ -1,5 +1,7 @@
 #include "host/Render.h"
 
+#include "host/Output.h"
+
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
@@ -29,7 +31,7 @@ Json Parse(const std::string& text) {
 
 void PrintFailure(const ControlReply& reply) {
     if (!reply.error.empty())
-        fmt::print(stderr, "bdc: {}\n", Printable(reply.error));
+        Put(stderr, "bdc: {}\n", Printable(reply.error));
 }
 
 class CJsonRenderer : public IRenderer {
@@ -39,7 +41,7 @@ public:
     void Row(const std::string& json) override {
         if (m_list.empty()) // the progress of a command whose result comes at the end
             return;
-        fmt::print("{}{}", m_rows++ == 0 ? "{\"" + m_list + "\":[\n" : ",\n", json);
+        Put(stdout, "{}{}", m_rows++ == 0 ? "{\"" + m_list + "\":[\n" : ",\n", json);
     }
 
     void End(const ControlReply& reply) override {
@@ -50,10 +52,10 @@ public:
         }
         const std::string members = rest.dump(-1, ' ', false, Json::error_handler_t::replace);
         if (m_list.empty() || (m_rows == 0 && reply.code != EXIT_DONE))
-            fmt::print("{}\n", members);
+            Put(stdout, "{}\n", members);
         else
-            fmt::print("{}]{}{}\n", m_rows == 0 ? "{\"" + m_list + "\":[" : "\n", rest.empty() ? "" : ",",
-                       members.substr(1));
+            Put(stdout, "{}]{}{}\n", m_rows == 0 ? "{\"" + m_list + "\":[" : "\n", rest.empty() ? "" : ",",
+                members.substr(1));
     }
 
 private:
@@ -65,8 +67,8 @@ class CCsvRenderer : public IRenderer {
 public:
     explicit CCsvRenderer(std::vector<std::string> columns) : m_columns(std::move(columns)) {
         for (const std::string& column : m_columns)
-            fmt::print("{}{}", &column == &m_columns.front() ? "" : ",", column);
-        fmt::print("\r\n");
+            Put(stdout, "{}{}", &column == &m_columns.front() ? "" : ",", column);
+        Put(stdout, "\r\n");
     }
 
     void Row(const std::string& json) override {
@@ -74,7 +76,7 @@ public:
         std::string line;
         for (const std::string& column : m_columns)
             line += (line.empty() && &column == &m_columns.front() ? "" : ",") + Field(row, column);
-        fmt::print("{}\r\n", line);
+        Put(stdout, "{}\r\n", line);
     }
 
     void End(const ControlReply& reply) override { PrintFailure(reply); }
@@ -111,14 +113,14 @@ public:
         const Json row = Parse(json);
         std::string line = m_row(row);
         line.erase(line.find_last_not_of(' ') + 1); // of a last column without a value
-        fmt::print(row.contains("error") ? stderr : m_rows, "{}\n", line);
+        Put(row.contains("error") ? stderr : m_rows, "{}\n", line);
     }
 
     void End(const ControlReply& reply) override {
         if (m_result != nullptr && !reply.result.empty()) {
             const std::string text = m_result(Parse(reply.result));
             if (!text.empty())
-                fmt::print("{}\n", text);
+                Put(stdout, "{}\n", text);
         }
         PrintFailure(reply);
     }

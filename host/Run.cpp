@@ -3,9 +3,9 @@
 #include "api/bacnet/Log.h"
 #include "host/ControlProtocol.h"
 #include "host/DataFolder.h"
+#include "host/Output.h"
 #include "host/Runtime.h"
 
-#include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
 #include <sys/stat.h>
@@ -23,7 +23,7 @@ class CErrorSink : public CQilBAC_ErrLog::ISink {
 public:
     void OnLine(CQilBAC_ErrLog::KIND kind, const std::string& text) override {
         if (kind == CQilBAC_ErrLog::KIND_ERROR)
-            fmt::print(stderr, "{}\n", text);
+            Put(stderr, "{}\n", text);
     }
 };
 
@@ -60,9 +60,9 @@ bool ReadOptions(const RunOptions& options, MissingConfig missing, Config& confi
 int ReportFailure(int code, const std::string& error, bool json) {
     if (json) {
         const nlohmann::ordered_json document{{"code", code}, {"error", error}};
-        fmt::print("{}\n", document.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+        Put(stdout, "{}\n", document.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
     } else {
-        fmt::print(stderr, "bdc: {}\n", error);
+        Put(stderr, "bdc: {}\n", error);
     }
     return code;
 }
@@ -91,7 +91,7 @@ void EndRuntime(CRuntime& runtime, CSignals& signals) {
     signals.EndAtOnce();
     if (runtime.End())
         return;
-    fmt::print(stderr, "bdc: a part did not end in time; what is stored is stored\n");
+    Put(stderr, "bdc: a part did not end in time; what is stored is stored\n");
     std::fflush(nullptr);
     std::_Exit(EXIT_FAILED);
 }
@@ -112,9 +112,9 @@ int RunDriver(const RunOptions& options) {
     const bool isRunning = runtime.Open(error) && runtime.StartConsole(show, error);
     if (isRunning) {
         if (options.json)
-            fmt::print("{}\n", nlohmann::ordered_json{{"folder", folder}, {"running", true}}.dump());
+            Put(stdout, "{}\n", nlohmann::ordered_json{{"folder", folder}, {"running", true}}.dump());
         else
-            fmt::print("bdc runs on {}\n", folder);
+            Put(stdout, "bdc runs on {}\n", folder);
         std::fflush(stdout);
         while (!signals.Wait(std::chrono::hours(1)))
             continue;

@@ -2,6 +2,7 @@
 
 #include "host/ControlProtocol.h"
 #include "host/DataFolder.h"
+#include "host/Output.h"
 #include "host/Password.h"
 #include "host/Run.h"
 #include "host/login/UserManagement.h"
@@ -69,11 +70,11 @@ bool List(CUserStore& store, const Arguments& arguments, std::string& error) {
         nlohmann::ordered_json rows = nlohmann::ordered_json::array();
         for (const UserInfo& user : users)
             rows.push_back({{"name", user.name}, {"groups", user.groups}});
-        fmt::print("{}\n", nlohmann::ordered_json{{"users", rows}}.dump());
+        Put(stdout, "{}\n", nlohmann::ordered_json{{"users", rows}}.dump());
         return true;
     }
     for (const UserInfo& user : users)
-        fmt::print("{:<24} {}\n", user.name, fmt::join(user.groups, ", "));
+        Put(stdout, "{:<24} {}\n", user.name, fmt::join(user.groups, ", "));
     return true;
 }
 

@@ -119,7 +119,45 @@ TEST(CommandLine, EveryCommandHasHelpAndJson) {
         EXPECT_THAT(help.output, HasSubstr("--json")) << command.back();
         EXPECT_THAT(help.output, HasSubstr("--data")) << command.back();
         EXPECT_THAT(help.output, HasSubstr("3 partly done")) << command.back();
+        for (std::size_t begin = 0, end = 0; begin < help.output.size(); begin = end + 1) {
+            end = help.output.find('\n', begin);
+            ASSERT_NE(end, std::string::npos) << command.back();
+            EXPECT_LE(end - begin, 100U) << help.output.substr(begin, end - begin);
+        }
     }
+}
+
+TEST(CommandLine, WrongUsageSaysWhatIsWrongAndWhereToLook) {
+    const std::vector<std::pair<Words, std::string>> wrong{
+        {{}, "bdc: a command is missing\nbdc --help tells more.\n"},
+        {{"walk"}, "bdc: \"walk\" is no command\nbdc --help tells more.\n"},
+        {{"tag", "walk"}, "bdc tag: \"walk\" is no command\nbdc tag --help tells more.\n"},
+        {{"read", "1"}, "bdc read: OBJECT is required\nbdc read --help tells more.\n"},
+        {{"read", "--walk"}, "bdc read: \"--walk\" is no option of it\nbdc read --help tells more.\n"},
+        {{"status", "now"}, "bdc status: \"now\" is one word too many\nbdc status --help tells more.\n"},
+        {{"user", "list", "--walk"},
+         "bdc user list: \"--walk\" is no option of it\nbdc user list --help tells more.\n"},
+    };
+    for (const auto& [words, errors] : wrong)
+        EXPECT_EQ(RunBdc(words).errors, errors);
+    const ProcessResult json = RunBdc({"read", "1", "--json"});
+    EXPECT_EQ(json.code, 2);
+    EXPECT_EQ(json.errors, "");
+    EXPECT_EQ(Json::parse(json.output, nullptr, false), (Json{{"code", 2}, {"error", "bdc read: OBJECT is required"}}));
+}
+
+TEST(CommandLine, AResultThatCannotBeWrittenIsAFailure) {
+    const CTempFolder folder;
+    const auto run = [&](const std::string& redirection) {
+        CProcess process(
+            {"/bin/sh", "-c", "'" + BdcPath() + "' user list --json --data '" + folder.Path() + "' " + redirection});
+        return std::pair(process.Wait(), process.Errors());
+    };
+    EXPECT_EQ(run("> /dev/null"), std::pair(0, std::string()));
+    EXPECT_EQ(run("> /dev/full"),
+              std::pair(1, std::string("bdc: standard output: cannot be written: No space left on device\n")));
+    EXPECT_EQ(run(">&-"), std::pair(1, std::string("bdc: standard output: cannot be written: Bad file descriptor\n")));
+    EXPECT_EQ(run("2>&- > /dev/full").first, 1);
 }
 
 TEST(CommandLine, WrongUsageIsCodeTwo) {
