@@ -22,7 +22,7 @@ inline constexpr QLResult QL_NO_CONNECTION = 2;      // the handle is not one th
 inline constexpr QLResult QL_NO_RESOURCES = 3;       // no free handle or channel
 inline constexpr QLResult QL_NO_SUCH_TAG = 5;        // no tag of this name or id; past the last tag
 inline constexpr QLResult QL_DELETED_TAG = 6;        // the slot of this id is empty, tags may follow behind it
-inline constexpr QLResult QL_NO_VALUE = 8;           // the tag has not had a value yet
+inline constexpr QLResult QL_NO_VALUE = 8;           // the tag has not had a value yet; nobody has logged in
 inline constexpr QLResult QL_TIMEOUT = 9;            // no message within the time
 inline constexpr QLResult QL_WRONG_TYPE = 10;        // the tag's value cannot be given or taken in this form
 inline constexpr QLResult QL_NO_CHANNEL = 11;        // the channel is not one that OpenHistory gave
@@ -112,7 +112,8 @@ public:
 
     // 232: a folder of the product by number, into a buffer of QL_FOLDER_SIZE bytes.
     virtual QLResult GetProductFolder(int folder, char* buffer, int) = 0;
-    // 303: name of the logged-in user, into a buffer of QL_USER_NAME_SIZE bytes.
+    // 303: name of the logged-in user, into a buffer of QL_USER_NAME_SIZE bytes. QL_NO_VALUE, with the buffer as it
+    // was, while nobody has logged in.
     virtual QLResult GetCurrentUserName(std::uint8_t gate, char* buffer) = 0;
     // 329: a line for the kernel's trace, kept when the trace mask has the level's bits.
     virtual void Trace(unsigned level, const char* text) = 0;

@@ -281,6 +281,9 @@ QLResult Kernel::GetCurrentUserName(std::uint8_t gate, char* buffer) {
         return QL_INVALID_ARGUMENT;
     }
     const std::lock_guard lock(m_lock);
+    if (m_userName.empty()) {
+        return QL_NO_VALUE;
+    }
     FillBuffer(buffer, QL_USER_NAME_SIZE, m_userName);
     return QL_OK;
 }

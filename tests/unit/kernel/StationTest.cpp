@@ -53,12 +53,15 @@ TEST_F(KernelStation, SettingsAreChecked) {
     }
 }
 
+TEST_F(KernelStation, WhileNobodyHasLoggedInTheBufferStays) {
+    std::array<char, QL_USER_NAME_SIZE> buffer{"user"};
+    EXPECT_EQ(m_kernel.GetCurrentUserName(Connect(), buffer.data()), QL_NO_VALUE);
+    EXPECT_STREQ(buffer.data(), "user");
+}
+
 TEST_F(KernelStation, TheUsersNameIsGivenAsFarAsTheBufferGoes) {
     const std::uint8_t gate = Connect();
     std::array<char, QL_USER_NAME_SIZE> buffer;
-    buffer.fill('x');
-    ASSERT_EQ(m_kernel.GetCurrentUserName(gate, buffer.data()), QL_OK);
-    EXPECT_STREQ(buffer.data(), "");
     m_kernel.SetCurrentUserName("J\xC3\xB6rg");
     ASSERT_EQ(m_kernel.GetCurrentUserName(gate, buffer.data()), QL_OK);
     EXPECT_STREQ(buffer.data(), "J\xC3\xB6rg");
