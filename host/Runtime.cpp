@@ -43,7 +43,8 @@ bool IsTransferWantedAtStart() {
 CRuntime::CRuntime(const Config& config, std::string folder)
     : m_config(config), m_folder(std::move(folder)), m_settings(m_folder + "/" + m_config.settingsFile),
       m_station(m_folder + "/" + STATION_FILE, m_config.identity), m_users({m_folder + "/" + USERS_FILE, {}, {}}),
-      m_userManagement(m_users, [this](const std::string& name) { m_kernel->SetCurrentUserName(name); }) {}
+      m_userManagement(m_users, m_folder == DefaultDataFolder() ? std::string() : m_folder,
+                       [this](const std::string& name) { m_kernel->SetCurrentUserName(name); }) {}
 
 CRuntime::~CRuntime() = default;
 

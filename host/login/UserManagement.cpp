@@ -1,6 +1,7 @@
 #include "host/login/UserManagement.h"
 
 #include "api/kernel/QLProgramCore.h"
+#include "host/login/FirstUserCommand.h"
 #include "host/login/LoginDlg.h"
 
 #include <algorithm>
@@ -23,11 +24,15 @@ int ResultOf(const CLoginDlg& dialog) {
 
 } // namespace
 
-CUserManagement::CUserManagement(CUserStore& store, std::function<void(const std::string& name)> onLogin)
-    : m_store(store), m_onLogin(std::move(onLogin)) {}
+CUserManagement::CUserManagement(CUserStore& store, std::string folder,
+                                 std::function<void(const std::string& name)> onLogin)
+    : m_store(store), m_folder(std::move(folder)), m_onLogin(std::move(onLogin)) {}
 
 int CUserManagement::UMOpenLoginDlg(QWidget* window, char* name) {
-    CLoginDlg dialog(window, m_store, std::string(name, strnlen(name, QL_USER_NAME_SIZE)));
+    const auto userCommand = [this, program = NameForShell()](const std::string& user) {
+        return FirstUserCommand(program, m_folder, user);
+    };
+    CLoginDlg dialog(window, m_store, std::string(name, strnlen(name, QL_USER_NAME_SIZE)), userCommand);
     if (dialog.exec() != QDialog::Accepted)
         return ResultOf(dialog);
     const std::string& user = dialog.GetName(); // of at most USER_NAME_LIMIT bytes, since it is a user's
