@@ -4,9 +4,16 @@
 #include "api/kernel/QLProgramCore.h"
 #include "module/console/Globals.h"
 
+#include <QtGlobal>
+
 #include <cstddef>
 #include <cstring>
 #include <exception>
+
+// The driver's picture, which the linker knows of no use of. Not in a namespace, for the macro's sake.
+static void LinkPicture() {
+    Q_INIT_RESOURCE(driver);
+}
 
 namespace {
 
@@ -28,7 +35,9 @@ CFieldDriver::CFieldDriver(IQLProgramCore& kernel, CStationStore& station, Alarm
                            CSettingsGuard& settings, CHistoryMonitor& history, IQLUserManagement& users,
                            int transferChunk, std::function<void(std::uint32_t tagId, double value)> onTagChange)
     : m_kernel(kernel), m_station(station), m_rules(rules), m_settings(settings), m_history(history), m_users(users),
-      m_transferChunk(transferChunk), m_onTagChange(std::move(onTagChange)) {}
+      m_transferChunk(transferChunk), m_onTagChange(std::move(onTagChange)) {
+    LinkPicture();
+}
 
 CFieldDriver::~CFieldDriver() {
     Disconnect();

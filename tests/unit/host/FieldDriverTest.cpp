@@ -5,6 +5,9 @@
 #include "tests/support/FakeUsers.h"
 #include "tests/support/TempFolder.h"
 
+#include <QFileInfo>
+#include <QString>
+
 #include <gtest/gtest.h>
 
 #include <condition_variable>
@@ -78,6 +81,10 @@ protected:
 };
 
 } // namespace
+
+TEST_F(FieldDriver, BringsAPictureUnderItsDisplayName) {
+    EXPECT_TRUE(QFileInfo::exists(QStringLiteral(":/driver/BACnet_driver")));
+}
 
 TEST_F(FieldDriver, GivesTheConsoleWhatItAsksFor) {
     Connect();
