@@ -14,7 +14,7 @@ constexpr int ICON_SIZE = 48;
 CAboutDlg::CAboutDlg(QWidget* parent) : QDialog(parent) {
     setWindowTitle(QStringLiteral("About"));
     auto* const icon = new QLabel(this);
-    icon->setPixmap(windowIcon().pixmap(ICON_SIZE));
+    icon->setPixmap(windowIcon().pixmap(QSize(ICON_SIZE, ICON_SIZE), devicePixelRatio()));
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &CAboutDlg::accept);
 

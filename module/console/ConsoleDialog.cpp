@@ -15,6 +15,7 @@
 #include "module/console/NarrowText.h"
 #include "module/console/Networks.h"
 #include "module/console/PageTabs.h"
+#include "module/icons/Icons.h"
 
 #include <QCloseEvent>
 #include <QCursor>
@@ -66,6 +67,7 @@ const CBACnetConfConsoleDialog::Slot CBACnetConfConsoleDialog::SLOTS[] = {
 
 CBACnetConfConsoleDialog::CBACnetConfConsoleDialog(CBDCThread& run, CDriver& driver) : m_run(run), m_driver(driver) {
     setObjectName(QStringLiteral("BACnetConfigurationConsole"));
+    setWindowIcon(NewIcon(CONSOLE_ICON));
     setWindowTitle(QStringLiteral("BACnet configuration console - ") + FromNarrow(driver.GetName()));
     MakeControls();
     MakeKeys();

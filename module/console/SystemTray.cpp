@@ -3,15 +3,10 @@
 #include "module/console/Globals.h"
 #include "module/console/Messages.h"
 #include "module/console/NarrowText.h"
-
-#include <QApplication>
-#include <QStyle>
+#include "module/icons/Icons.h"
 
 void CSystemTray::Add(std::uint32_t id, const std::string& tooltip) {
-    QIcon icon = QApplication::windowIcon();
-    if (icon.isNull())
-        icon = QApplication::style()->standardIcon(QStyle::SP_ComputerIcon);
-    m_icon.setIcon(icon);
+    m_icon.setIcon(NewIcon(CONSOLE_ICON));
     m_icon.setToolTip(FromNarrow(tooltip));
     QObject::connect(&m_icon, &QSystemTrayIcon::activated, &m_icon, [id](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger)
