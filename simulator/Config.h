@@ -17,6 +17,10 @@
 
 namespace sim {
 
+// APDU_Timeout and Number_Of_APDU_Retries of all devices.
+inline constexpr std::uint32_t APDU_TIMEOUT_MS = 3000;
+inline constexpr std::uint32_t APDU_RETRIES = 3;
+
 // Trend log and trend-log-multiple. The buffer holds at first the last Capacity of Generated records, then Records.
 struct LogConfig {
     std::uint32_t Capacity = 1000;

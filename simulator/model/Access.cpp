@@ -71,9 +71,10 @@ bool IsFixedArray(BACSTAC_PROPERTY_ID property) {
     return Contains(FIXED_ARRAYS, property);
 }
 
-bool IsInput(BACSTAC_OBJECT_TYPE type) {
+bool MakesPresentValue(BACSTAC_OBJECT_TYPE type) {
     return type == OBJ_ANALOG_INPUT || type == OBJ_BINARY_INPUT || type == OBJ_MULTI_STATE_INPUT ||
-           type == OBJ_ACCUMULATOR || type == OBJ_PULSE_CONVERTER || type == OBJ_AVERAGING;
+           type == OBJ_ACCUMULATOR || type == OBJ_PULSE_CONVERTER || type == OBJ_AVERAGING || type == OBJ_SCHEDULE ||
+           type == OBJ_CALENDAR;
 }
 
 } // namespace sim

@@ -12,7 +12,8 @@ bool IsReadOnly(BACSTAC_PROPERTY_ID property);
 // Arrays whose size the standard fixes, or that follow something else.
 bool IsFixedArray(BACSTAC_PROPERTY_ID property);
 
-// Inputs, whose present value comes from the field: it can be written only while they are out of service.
-bool IsInput(BACSTAC_OBJECT_TYPE type);
+// Types whose present value comes from the field, or from the object's own doing: it can be written only while they are
+// out of service, and never where they cannot be.
+bool MakesPresentValue(BACSTAC_OBJECT_TYPE type);
 
 } // namespace sim

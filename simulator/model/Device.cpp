@@ -45,6 +45,7 @@ Device::Device(const DeviceConfig& config, std::function<LocalTime()> clock)
     }
     if (m_config.Backup)
         AddBackup();
+    FindObjects();
 }
 
 Device::~Device() = default;
@@ -64,6 +65,11 @@ bool Device::Insert(std::unique_ptr<Object> object) {
 
 void Device::NoteChange() {
     Find(Id())->Set(PROP_DATABASE_REVISION, Value::Unsigned(++m_databaseRevision));
+}
+
+void Device::FindObjects() {
+    m_automation.FindObjects();
+    m_isAtWork = !m_automation.Empty();
 }
 
 Object* Device::Find(BACSTAC_OBJECT_ID id) const {
@@ -103,7 +109,38 @@ PropertyError Device::Write(BACSTAC_OBJECT_ID id, const WriteCommand& command) {
         bacnet::Reader(command.Value).Unsigned(seconds);
         m_backup.SetFailureTimeout(seconds);
     }
+    if (error.Ok())
+        m_automation.OnChange(object->Id(), command.Property);
     return error;
+}
+
+PropertyError Device::ChangeList(BACSTAC_OBJECT_ID id, ChangeElements change, const WriteCommand& command,
+                                 std::uint32_t& failed) {
+    Object* object = Find(id);
+    if (object == nullptr)
+        return UNKNOWN_OBJECT;
+    const PropertyError error = (object->*change)(command, failed);
+    if (error.Ok())
+        m_automation.OnChange(object->Id(), command.Property);
+    return error;
+}
+
+bool Device::Update(Object& object, BACSTAC_PROPERTY_ID property, Value value) {
+    const Value* present = object.Find(property);
+    if (present != nullptr && *present == value)
+        return false;
+    object.Set(property, std::move(value));
+    m_automation.OnChange(object.Id(), property);
+    return true;
+}
+
+bool Device::IsOwn(const BACSTAC_DEV_OBJ_PROP_REF& reference) const {
+    return reference.DevicePresent == 0 || reference.DeviceId.Instance == m_config.Instance;
+}
+
+void Device::Run() {
+    const auto lock = Lock();
+    m_automation.OnTime();
 }
 
 void Device::SetFaults(const std::vector<Fault>& faults) {
@@ -122,6 +159,7 @@ bool Device::AddObject(const ObjectConfig& config) {
     if (!Insert(std::move(object)))
         return false;
     NoteChange();
+    FindObjects();
     return true;
 }
 
@@ -137,6 +175,7 @@ void Device::Erase(BACSTAC_OBJECT_ID id) {
     std::erase_if(m_objects, [&](const Entry& entry) { return entry.Key == KeyOf(id); });
     std::erase(m_objectList, id);
     NoteChange();
+    FindObjects();
 }
 
 // Deletes what it creates.
@@ -174,6 +213,7 @@ PropertyError Device::Create(const ObjectConfig& config) {
     if (!Insert(MakeObject(named)))
         return {CLASS_OBJECT, CODE_OBJECT_IDENTIFIER_ALREADY_EXISTS};
     NoteChange();
+    FindObjects();
     return {};
 }
 
@@ -192,7 +232,7 @@ bool Device::SetProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property, Val
     Object* object = Find(id);
     if (object == nullptr)
         return false;
-    object->Set(property, std::move(value));
+    Update(*object, property, std::move(value));
     return true;
 }
 
@@ -202,6 +242,7 @@ bool Device::RemoveProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property) 
     if (object == nullptr || object->Find(property) == nullptr)
         return false;
     object->Remove(property);
+    m_automation.OnChange(id, property);
     return true;
 }
 

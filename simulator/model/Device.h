@@ -3,6 +3,7 @@
 #pragma once
 
 #include "simulator/Config.h"
+#include "simulator/model/Automation.h"
 #include "simulator/model/BackupProcedure.h"
 #include "simulator/model/Events.h"
 #include "simulator/model/LogObject.h"
@@ -87,6 +88,10 @@ public:
     bool RaiseEvent(BACSTAC_OBJECT_ID id, std::uint32_t state);
     bool AcknowledgeEvent(BACSTAC_OBJECT_ID id, Transition transition);
 
+    // What is due by the device's clock is done. The server calls it some ten times in a second; a test that steps the
+    // clock may do so itself.
+    void Run();
+
     // Every log gets a record of the change.
     void SetClock(LocalTime now);
     Communication CommunicationState() const;
@@ -107,6 +112,9 @@ public:
 
     Stats GetStats() const;
 
+    // Whether Run may have something to do.
+    bool IsAtWork() const { return m_isAtWork; }
+
     // ---- The server
 
     std::unique_lock<std::mutex> Lock() const { return std::unique_lock(m_mutex); }
@@ -114,6 +122,14 @@ public:
     Object* Find(BACSTAC_OBJECT_ID id) const;
     // What a client writes; also what concerns more than the object, such as that names are unique.
     PropertyError Write(BACSTAC_OBJECT_ID id, const WriteCommand& command);
+    // AddElements or RemoveElements of the object.
+    using ChangeElements = PropertyError (Object::*)(const WriteCommand&, std::uint32_t&);
+    PropertyError ChangeList(BACSTAC_OBJECT_ID id, ChangeElements change, const WriteCommand& command,
+                             std::uint32_t& failed);
+    // The device's own doing, without asking whether clients may; false when the value is that already.
+    bool Update(Object& object, BACSTAC_PROPERTY_ID property, Value value);
+    // Whether the reference is to one of its own objects, there or not.
+    bool IsOwn(const BACSTAC_DEV_OBJ_PROP_REF& reference) const;
     // Creation and deletion by a client. The identifier is that of the specifier, or the first one free.
     PropertyError ChooseIdentifier(const BACSTAC_OBJECT_SPECIFIER& specifier, BACSTAC_OBJECT_ID& id) const;
     PropertyError Create(const ObjectConfig& config);
@@ -160,6 +176,7 @@ private:
     void Erase(BACSTAC_OBJECT_ID id);
     bool Insert(std::unique_ptr<Object> object);
     void NoteChange(); // of the object list: Database_Revision
+    void FindObjects();
 
     struct Entry {
         std::uint32_t Key;
@@ -178,6 +195,8 @@ private:
     Communication m_communication = Communication::enabled;
     LocalTime m_communicationUntil = 0; // uptime; 0: until further notice
     std::uint32_t m_systemStatus = 0;
+    Automation m_automation{*this};
+    std::atomic<bool> m_isAtWork = false;
     BackupProcedure m_backup;
     std::optional<BACSTAC_OBJECT_ID> m_snapshot; // the file that holds the device's own configuration
     std::array<std::atomic<std::uint64_t>, static_cast<std::size_t>(Counter::count)> m_counters{};

@@ -36,6 +36,7 @@ void Device::AdjustClock(LocalTime now) {
     for (const Entry& entry : m_objects)
         if (LogObject* log = entry.Content->AsLog())
             log->Append(record);
+    m_automation.OnTime();
 }
 
 // UTC_Offset counts minutes to the west (clause 12.11.24).
@@ -196,7 +197,7 @@ PropertyError Device::EndRestore() {
         const auto restore = [this](BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property, Value value) {
             Object* object = Find(id);
             if (object != nullptr && object->Find(property) != nullptr)
-                object->Set(property, std::move(value));
+                Update(*object, property, std::move(value));
         };
         valid = ReadConfiguration(std::string(snapshot->Octets()), Instance(), restore);
     }

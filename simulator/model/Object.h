@@ -47,7 +47,7 @@ inline constexpr std::uint32_t WHOLE = 0xFFFFFFFFU;
 inline constexpr int PRIORITIES = 16;
 inline constexpr int RESERVED_PRIORITY = 6;
 
-// What a client wants to have written.
+// What a client, or a schedule, wants to have written.
 struct WriteCommand {
     BACSTAC_PROPERTY_ID Property = 0;
     std::uint32_t Index = WHOLE;
@@ -89,6 +89,7 @@ public:
     // Takes the right to write a property, or gives it where the standard leaves that to the device.
     void SetWritable(BACSTAC_PROPERTY_ID property, bool writable);
     bool IsWritable(BACSTAC_PROPERTY_ID property) const;
+    bool IsOutOfService() const;
 
     // Has the present value follow the priority array and its default. Nothing without a priority array.
     void Arbitrate();
@@ -142,7 +143,6 @@ private:
                                   std::uint32_t& failed) const;
     BACSTAC_DATA_TYPE TypeOf(BACSTAC_PROPERTY_ID property) const;
     bool IsInRange(BACSTAC_PROPERTY_ID property, std::span<const std::uint8_t> element) const;
-    bool IsOutOfService() const;
 
     BACSTAC_OBJECT_ID m_id;
     bool m_showsPropertyList = false;

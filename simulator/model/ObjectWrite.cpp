@@ -75,7 +75,7 @@ bool Object::IsWritable(BACSTAC_PROPERTY_ID property) const {
     for (const auto& [known, writable] : m_writable)
         if (known == property)
             return writable;
-    if (property == PROP_PRESENT_VALUE && IsInput(m_id.Type))
+    if (property == PROP_PRESENT_VALUE && MakesPresentValue(m_id.Type))
         return IsOutOfService();
     return !IsReadOnly(property);
 }

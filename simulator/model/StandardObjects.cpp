@@ -283,8 +283,8 @@ void AddDeviceProperties(const DeviceConfig& config, Object& device) {
     device.Set(PROP_PROTOCOL_OBJECT_TYPES_SUPPORTED, TypesSupported(config));
     device.Set(PROP_MAX_APDU_LENGTH_ACCEPTED, Value::Unsigned(config.MaxApdu));
     device.Set(PROP_SEGMENTATION_SUPPORTED, Value::Enumerated(static_cast<std::uint32_t>(config.Segmentation)));
-    device.Set(PROP_APDU_TIMEOUT, Value::Unsigned(3000));
-    device.Set(PROP_NUMBER_OF_APDU_RETRIES, Value::Unsigned(3));
+    device.Set(PROP_APDU_TIMEOUT, Value::Unsigned(APDU_TIMEOUT_MS));
+    device.Set(PROP_NUMBER_OF_APDU_RETRIES, Value::Unsigned(APDU_RETRIES));
     if (config.Segmentation == bacnet::Segmentation::both || config.Segmentation == bacnet::Segmentation::receive)
         device.Set(PROP_MAX_SEGMENTS_ACCEPTED, Value::Unsigned(config.MaxSegments));
     if (config.Segmentation != bacnet::Segmentation::none)

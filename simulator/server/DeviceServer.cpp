@@ -69,7 +69,7 @@ Apdu Header(PduType type, const Apdu& request) {
 } // namespace
 
 DeviceServer::DeviceServer(Device& device, const Origin& origin, IAmMode iAm)
-    : m_device(device), m_origin(origin), m_iAm(iAm) {
+    : m_device(device), m_origin(origin), m_iAm(iAm), m_recentRequests(APDU_TIMEOUT_MS * APDU_RETRIES) {
     if (!device.Config().Quirks.SecondClaimant)
         return;
     bacnet::BipAddress address = origin.Socket->LocalAddress();
@@ -107,6 +107,11 @@ void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::sp
     default:
         break; // answers: the device asks nobody
     }
+}
+
+void DeviceServer::Run() {
+    if (m_device.IsAtWork())
+        m_device.Run();
 }
 
 void DeviceServer::OnBroadcast(ServerContext& context, const Requester& from, const UnconfirmedRequest& request,
@@ -203,6 +208,7 @@ void DeviceServer::Restart(ServerContext& context, std::uint32_t milliseconds, R
     for (const auto& slot : m_slots)
         slot->Active = false;
     m_segmentedRequests = SegmentedRequests();
+    m_recentRequests = RecentRequests(APDU_TIMEOUT_MS * APDU_RETRIES);
     m_held.clear();
     m_goneUntilMs = context.NowMs + milliseconds;
     const Deferred announcement{{}, true, m_origin.Network != 0, {}, {}};
@@ -338,7 +344,7 @@ AnswerRoom DeviceServer::RoomFor(const Apdu& request) const {
     return room;
 }
 
-Outcome DeviceServer::OutcomeOf(ServerContext& context, const Apdu& request, const AnswerRoom& room,
+Outcome DeviceServer::OutcomeOf(ServerContext& context, const Requester& from, const Apdu& request,
                                 const FaultEffects& effects) {
     if (effects.Refused) {
         const FaultEffects::Refusal& refusal = *effects.Refused;
@@ -346,13 +352,18 @@ Outcome DeviceServer::OutcomeOf(ServerContext& context, const Apdu& request, con
             return Outcome::Error({refusal.Class, refusal.Code});
         return refusal.Kind == FaultKind::reject ? Outcome::Reject(refusal.Code) : Outcome::Abort(refusal.Code);
     }
+    if (const Outcome* known = m_recentRequests.Find(from, request, context.NowMs))
+        return *known;
     const auto lock = m_device.Lock();
-    return Serve(m_device, static_cast<ConfirmedService>(request.Service), request.Payload, room, context.Memory);
+    const Outcome outcome = Serve(m_device, static_cast<ConfirmedService>(request.Service), request.Payload,
+                                  RoomFor(request), context.Memory);
+    m_recentRequests.Keep(from, request, outcome, context.NowMs);
+    return outcome;
 }
 
 void DeviceServer::Answer(ServerContext& context, const Requester& from, const Apdu& request,
                           const FaultEffects& effects) {
-    const Outcome outcome = OutcomeOf(context, request, RoomFor(request), effects);
+    const Outcome outcome = OutcomeOf(context, from, request, effects);
     m_device.Count(Counter::answers);
     switch (outcome.What) {
     case Outcome::Kind::ack:

@@ -6,6 +6,7 @@
 
 #include "simulator/model/Device.h"
 #include "simulator/server/FrameSender.h"
+#include "simulator/server/RecentRequests.h"
 #include "simulator/server/SegmentedAnswer.h"
 #include "simulator/server/SegmentedRequest.h"
 #include "simulator/server/Services.h"
@@ -50,6 +51,8 @@ public:
     // A request for all. Any server thread. globally: it went to all networks.
     void OnBroadcast(ServerContext& context, const Requester& from, const UnconfirmedRequest& request, bool globally,
                      Pacer& pacer);
+    // What the device does by itself, from time to time.
+    void Run();
     // The thread that set the timer.
     void OnTimer(ServerContext& context, const Timer& timer);
 
@@ -88,7 +91,7 @@ private:
     void AnswerHeld(ServerContext& context, const Requester& from, std::uint8_t invokeId);
     void Answer(ServerContext& context, const Requester& from, const bacnet::Apdu& request,
                 const FaultEffects& effects);
-    Outcome OutcomeOf(ServerContext& context, const bacnet::Apdu& request, const AnswerRoom& room,
+    Outcome OutcomeOf(ServerContext& context, const Requester& from, const bacnet::Apdu& request,
                       const FaultEffects& effects);
     AnswerRoom RoomFor(const bacnet::Apdu& request) const;
     std::size_t ApduSize(const bacnet::Apdu& request) const;
@@ -114,6 +117,7 @@ private:
     std::atomic<std::int64_t> m_goneUntilMs = 0; // a restart is under way
     std::vector<std::unique_ptr<Slot>> m_slots;
     SegmentedRequests m_segmentedRequests;
+    RecentRequests m_recentRequests;
     std::vector<Held> m_held;                          // requests that wait for their repetition
     std::unique_ptr<bacnet::UdpSocket> m_otherAddress; // opened when a fault first wants it
     std::unique_ptr<bacnet::UdpSocket> m_otherPort;

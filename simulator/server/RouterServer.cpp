@@ -21,6 +21,12 @@ bool RouterServer::Add(std::uint16_t network, std::uint8_t mac, DeviceServer& se
     return m_networks[network].emplace(mac, &server).second;
 }
 
+void RouterServer::AppendDevices(std::vector<DeviceServer*>& devices) const {
+    for (const auto& [number, stations] : m_networks)
+        for (const auto& [mac, server] : stations)
+            devices.push_back(server);
+}
+
 void RouterServer::OnNpdu(ServerContext& context, const bacnet::BipAddress& from, const bacnet::Npdu& npdu) {
     if (npdu.IsNetworkMessage) {
         OnMessage(context, npdu);

@@ -17,6 +17,7 @@ public:
     const bacnet::UdpSocket& Socket() const { return m_socket; }
     // The server is borrowed. False when the address is taken.
     bool Add(std::uint16_t network, std::uint8_t mac, DeviceServer& server);
+    void AppendDevices(std::vector<DeviceServer*>& devices) const;
     void AddNetwork(std::uint16_t network) { m_networks[network]; }
 
     // What came to the router alone.

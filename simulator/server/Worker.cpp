@@ -7,6 +7,8 @@ namespace sim {
 
 namespace {
 
+constexpr std::int64_t RUN_EVERY_MS = 100; // what devices do by themselves
+
 std::int64_t MonotonicMs() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
         .count();
@@ -18,6 +20,14 @@ Worker::Worker(const Site& site) : m_site(site), m_sender(site.BroadcastAddress)
 
 Worker::~Worker() {
     Stop();
+}
+
+std::string Worker::Add(Endpoint& endpoint) {
+    if (endpoint.Device != nullptr)
+        m_devices.push_back(endpoint.Device);
+    if (endpoint.Router != nullptr)
+        endpoint.Router->AppendDevices(m_devices);
+    return m_poller.Add(endpoint.Socket, &endpoint);
 }
 
 void Worker::Start() {
@@ -34,17 +44,16 @@ void Worker::Stop() {
 }
 
 int Worker::TimeToWait(std::int64_t nowMs) const {
-    int wait = m_timers.TimeLeft(nowMs);
-    if (m_appendEveryMs != 0) {
-        const int append = static_cast<int>(std::max<std::int64_t>(m_appendAtMs - nowMs, 0));
-        wait = wait < 0 ? append : std::min(wait, append);
-    }
-    return wait;
+    const std::int64_t atMs = m_appendEveryMs != 0 ? std::min(m_appendAtMs, m_runAtMs) : m_runAtMs;
+    const int wait = static_cast<int>(std::max<std::int64_t>(atMs - nowMs, 0));
+    const int timers = m_timers.TimeLeft(nowMs);
+    return timers < 0 ? wait : std::min(timers, wait);
 }
 
 void Worker::Run() {
     ServerContext context{m_sender, m_timers, m_scratch, MonotonicMs()};
     m_appendAtMs = context.NowMs + m_appendEveryMs;
+    m_runAtMs = context.NowMs;
     int wait = TimeToWait(context.NowMs);
     while (!m_stop) {
         const auto ready = m_poller.Wait(wait);
@@ -61,11 +70,20 @@ void Worker::RunTimers(ServerContext& context) {
     Timer timer;
     while (m_timers.Pop(context.NowMs, timer))
         timer.Server->OnTimer(context, timer);
+    RunDevices(context);
     if (m_appendEveryMs == 0 || context.NowMs < m_appendAtMs)
         return;
     m_appendAtMs = context.NowMs + m_appendEveryMs;
     for (const auto& server : m_site.Devices)
         server->GetDevice().GenerateAll(1);
+}
+
+void Worker::RunDevices(ServerContext& context) {
+    if (context.NowMs < m_runAtMs)
+        return;
+    m_runAtMs = context.NowMs + RUN_EVERY_MS;
+    for (DeviceServer* server : m_devices)
+        server->Run();
 }
 
 void Worker::Receive(ServerContext& context, Endpoint& endpoint) {

@@ -17,7 +17,8 @@ public:
 
     // Before Start.
     std::string Open() { return m_poller.Open(); }
-    std::string Add(Endpoint& endpoint) { return m_poller.Add(endpoint.Socket, &endpoint); }
+    // Also gives this thread what the devices of the endpoint do by themselves.
+    std::string Add(Endpoint& endpoint);
     // Makes this thread add one record to every log in that interval. 0: never.
     void AppendRecords(std::uint32_t everyMs) { m_appendEveryMs = everyMs; }
 
@@ -31,6 +32,7 @@ private:
                     const bacnet::BipAddress& from);
     void OnBroadcast(ServerContext& context, const bacnet::BipAddress& from, const bacnet::Npdu& npdu);
     void RunTimers(ServerContext& context);
+    void RunDevices(ServerContext& context);
     int TimeToWait(std::int64_t nowMs) const;
 
     const Site& m_site;
@@ -41,6 +43,8 @@ private:
     Scratch m_scratch;
     std::uint32_t m_appendEveryMs = 0;
     std::int64_t m_appendAtMs = 0;
+    std::vector<DeviceServer*> m_devices;
+    std::int64_t m_runAtMs = 0;
     std::atomic<bool> m_stop{false};
     std::thread m_thread;
 };

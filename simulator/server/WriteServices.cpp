@@ -17,22 +17,17 @@ bool ToCommand(const bacnet::WriteRequest& request, WriteCommand& command) {
     return command.Priority >= 1 && command.Priority <= PRIORITIES;
 }
 
-using ChangeElements = PropertyError (Object::*)(const WriteCommand&, std::uint32_t&);
-
-Outcome ChangeList(const ServiceCall& call, ChangeElements change) {
+Outcome ChangeList(const ServiceCall& call, Device::ChangeElements change) {
     bacnet::Reader request(call.Parameters);
     bacnet::PropertyTarget target;
     WriteCommand command;
     if (!bacnet::DecodePropertyTarget(request, target) || !request.Enclosed(LIST_TAG, command.Value) ||
         !request.AtEnd())
         return Malformed(call.Parameters);
-    Object* object = call.Dut.Find(target.Object);
-    if (object == nullptr)
-        return Outcome::Error(UNKNOWN_OBJECT);
     command.Property = target.Property;
     command.Index = IndexOf(target);
     std::uint32_t failed = 0;
-    const PropertyError error = (object->*change)(command, failed);
+    const PropertyError error = call.Dut.ChangeList(target.Object, change, command, failed);
     return error.Ok() ? Outcome::Done() : Outcome::Error(error, failed);
 }
 

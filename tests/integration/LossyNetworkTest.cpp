@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <set>
 #include <thread>
 
 namespace {
@@ -17,6 +18,7 @@ constexpr std::uint32_t REMOTE = 2;
 constexpr unsigned LANES = LOCAL + 1; // of one station: the devices and the router
 constexpr unsigned STATIONS = 8;      // at once
 constexpr unsigned SEEDS = 200;
+constexpr BACSTAC_OBJECT_ID NOTES{OBJ_FILE, 1}; // of device 1
 
 bacnet::TransactionSettings Hurried() {
     bacnet::TransactionSettings settings;
@@ -33,6 +35,10 @@ protected:
         : m_simulator([this] {
               sim::SimulatorConfig config = Devices(m_block, LOCAL, REMOTE);
               config.Threads = 2;
+              sim::ObjectConfig file;
+              file.Id = NOTES;
+              file.File.emplace();
+              config.Devices[0].Objects.push_back(file);
               return config;
           }()) {
         std::string failure;
@@ -122,6 +128,35 @@ TEST_F(OverALossyNetwork, EachCallEndsInItsTimeAndNoAnswerGoesToTheWrongCall) {
     RecordProperty("right", std::to_string(all.Right));
     RecordProperty("unanswered", std::to_string(all.Unanswered));
     RecordProperty("longest_ms", std::to_string(all.LongestMs));
+}
+
+// What was appended although the station heard nothing of it may be there, too; what it heard of is there once.
+TEST_F(OverALossyNetwork, WhatIsAppendedToAFileIsThereOnce) {
+    constexpr unsigned WRITES = 60;
+    testing_support::LossyRelay relay(7, {.LossPercent = 25});
+    relay.Add({m_block.Ip(20), m_block.Port()}, {m_block.Ip(200), m_block.Port()});
+    relay.Start();
+    const auto client = Station(
+        m_block, 2, Hurried(), 1, 0, [](std::uint32_t) { return 20U; }, 21);
+    std::string heardOf;
+    std::string notHeardOf;
+    for (unsigned i = 0; i < WRITES; ++i) {
+        char octet = static_cast<char>(i + 1);
+        BACSTAC_WRITE_FILE_SPEC spec{};
+        spec.Access = BACSTAC_FILE_STREAM;
+        spec.Start = -1;
+        spec.Stream.Data = &octet;
+        spec.Stream.Length = 1;
+        BACSTAC_WRITE_FILE_RESULT result{};
+        const bool written = client->WriteFile(1, NOTES, &spec, &result, nullptr) == BACSTAC_OK;
+        (written ? heardOf : notHeardOf).push_back(octet);
+    }
+    client->Shutdown();
+    std::string octets = m_simulator.FindDevice(1)->FileOctets(NOTES).value();
+    EXPECT_EQ(std::set<char>(octets.begin(), octets.end()).size(), octets.size()) << "nothing is there twice";
+    std::erase_if(octets, [&](char octet) { return notHeardOf.find(octet) != std::string::npos; });
+    EXPECT_EQ(octets, heardOf);
+    EXPECT_GE(relay.Lost(), WRITES / 4);
 }
 
 } // namespace

@@ -76,7 +76,7 @@ TEST_F(Create, RefusesWhatExistsAndWhatNobodyCreates) {
 
 TEST_F(Create, DeletesWhatMayBeDeleted) {
     EXPECT_EQ(Site.Ask("00 05 01 0B C4 00 00 00 01"), "20 01 0B");
-    EXPECT_EQ(Site.Ask("00 05 01 0B C4 00 00 00 01"), "50 01 0B 91 01 91 1F");
+    EXPECT_EQ(Site.Ask("00 05 02 0B C4 00 00 00 01"), "50 02 0B 91 01 91 1F");
     EXPECT_EQ(Site.Ask("00 05 01 0B C4 04 C0 00 02"), "50 01 0B 91 01 91 17"); // permanent
     EXPECT_EQ(Site.Ask("00 05 01 0B C4 02 00 04 D2"), "50 01 0B 91 01 91 17"); // the device itself
     EXPECT_EQ(Site.FirstDevice().ObjectList().size(), 2U);
@@ -94,7 +94,7 @@ TEST_F(CreateLimited, TypesAndNumberOfObjects) {
     EXPECT_EQ(Site.Ask("00 05 01 0A 0E 09 00 0F"), "50 01 0A 0E 91 01 91 04 0F 19 00");
     EXPECT_EQ(Site.Ask("00 05 01 0B C4 00 00 00 01"), "50 01 0B 91 01 91 17");
     EXPECT_EQ(Site.Ask("00 05 01 0A 0E 09 06 0F"), "30 01 0A C4 01 80 00 01");
-    EXPECT_EQ(Site.Ask("00 05 01 0A 0E 09 06 0F"), "50 01 0A 0E 91 03 91 12 0F 19 00");
+    EXPECT_EQ(Site.Ask("00 05 02 0A 0E 09 06 0F"), "50 02 0A 0E 91 03 91 12 0F 19 00");
 }
 
 } // namespace
