@@ -101,7 +101,8 @@ private:
     std::vector<Item*> m_underWay;
     std::vector<std::size_t> m_onPort; // how many of those under way use each port
     Millis m_earliest = 0;             // nothing under way is due before
-    bool m_eager = true;               // lead when possible: something came the last time
+    Millis m_eagerUntil = 0;           // until then an answer is expected at once: lead when possible
+    bool m_led = true;                 // or nobody has told the background thread yet that it is to receive
 
     // To be sent with one system call, all on one port.
     std::array<Frame, NpduBatch::CAPACITY> m_frames;
@@ -166,6 +167,8 @@ AsyncCaller::Impl::Begun AsyncCaller::Impl::Start(Item& item, Millis now) {
     case PeerTable::Enter::closed:
         return Fail(item, Outcome::shutdown);
     }
+    if (item.PromptPeer)
+        m_eagerUntil = now + PeerTable::PROMPT_MS;
     item.Key = key;
     item.Port = item.Peer.Port;
     item.UnderWay = true;
@@ -174,7 +177,6 @@ AsyncCaller::Impl::Begun AsyncCaller::Impl::Start(Item& item, Millis now) {
     ++m_onPort[item.Port];
     const Millis deadline = now + item.FirstWaitMs();
     m_earliest = m_underWay.size() == 1 ? deadline : std::min(m_earliest, deadline);
-    m_core.InFlight.fetch_add(1, std::memory_order_relaxed);
     Enqueue(item);
     return Begun::gone;
 }
@@ -255,21 +257,27 @@ void AsyncCaller::Impl::Receive(Millis now, Millis until) {
     Millis wait = std::min(until, m_underWay.empty() ? until : std::max(m_earliest, now)) - now;
     if (!m_stalled.empty())
         wait = std::min<Millis>(wait, IDataLink::TICK);
-    if (!one || !m_eager) {
+    if (!one) {
         m_waiter.Wait(wait);
         return;
     }
     PortPump& pump = m_core.Pump(static_cast<std::uint8_t>(used - m_onPort.begin()));
-    ReceiveRole::Candidate candidate(m_waiter);
-    if (!pump.Role().TryLead(candidate)) {
-        m_waiter.Wait(std::min<Millis>(wait, IDataLink::TICK));
-    } else if (pump.Receive(NpduBatch::CAPACITY, wait > 0 ? IDataLink::Wait::tick : IDataLink::Wait::none) == 0) {
-        // Silence: somebody whose device answers at once may be in more of a hurry.
-        m_eager = false;
+    if (now >= m_eagerUntil) {
+        // Somebody whose device answers at once is in more of a hurry.
+        if (std::exchange(m_led, false))
+            pump.TakeOver();
+        m_waiter.Wait(wait);
+        return;
     }
+    m_led = true;
+    m_core.Expected.fetch_add(1, std::memory_order_relaxed);
+    ReceiveRole::Candidate candidate(m_waiter);
+    if (pump.Role().TryLead(candidate))
+        pump.Receive(NpduBatch::CAPACITY, wait > 0 ? IDataLink::Wait::tick : IDataLink::Wait::none);
+    else
+        m_waiter.Wait(std::min<Millis>(wait, IDataLink::TICK));
     pump.Role().Leave(candidate);
-    if (!m_eager)
-        pump.TakeOver();
+    m_core.Expected.fetch_sub(1, std::memory_order_relaxed);
 }
 
 std::size_t AsyncCaller::Impl::CompleteAll() {
@@ -286,15 +294,12 @@ std::size_t AsyncCaller::Impl::CompleteAll() {
             m_underWay[item->Place]->Place = item->Place;
             m_underWay.pop_back();
             --m_onPort[item->Port];
-            m_core.InFlight.fetch_sub(1, std::memory_order_relaxed);
         }
         --m_outstanding;
         ++count;
         const CallResult result = item->Result();
         item->Request->OnDone(result); // may submit it again, or destroy it
     }
-    if (count != 0)
-        m_eager = true;
     return count;
 }
 

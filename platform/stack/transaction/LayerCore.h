@@ -40,8 +40,8 @@ public:
     void ReceiveAll();
     // Sends the reply and wakes those whom a dispatched PDU concerns.
     void Follow(const PeerTable::Dispatched& dispatched);
-    // How many datagrams a leader asks for at once: one when nobody else waits, which is cheaper.
-    std::size_t ReceiveLimit() const { return InFlight.load(std::memory_order_relaxed) > 1 ? NpduBatch::CAPACITY : 1; }
+    // How many datagrams a leader asks for at once: one when nobody else expects an answer now, which is cheaper.
+    std::size_t ReceiveLimit() const { return Expected.load(std::memory_order_relaxed) > 1 ? NpduBatch::CAPACITY : 1; }
     PortPump& Pump(std::uint8_t port) { return *m_pumps[port]; }
 
     NetworkLayer& Network;
@@ -50,7 +50,7 @@ public:
     PeerTable Peers;
     AssemblyBudget Budget;
     TransactionCounters Counters;
-    std::atomic<int> InFlight{0}; // blocking and other calls that wait for answers
+    std::atomic<int> Expected{0}; // calls whose devices are to answer at once
 
 private:
     void OnRequest(const Station& source, bool broadcast, std::span<const std::uint8_t> octets);

@@ -40,6 +40,7 @@ PeerTable::Enter PeerTable::Add(const PeerKey& key, Transaction& transaction, Mi
             peer->WaitingForId.push_back(waitForId);
         return Enter::busy;
     }
+    transaction.PromptPeer = peer->Prompt;
     peer->Active.push_back(&transaction);
     return Enter::done;
 }
@@ -106,6 +107,7 @@ PeerTable::Dispatched PeerTable::OnPdu(const PeerKey& key, const Station& from, 
     if (result.Answer.Send)
         result.To = from.Network != 0 ? from : transaction.Peer;
     if (transaction.Done()) {
+        peer.Prompt = now - transaction.Begun() <= PROMPT_MS;
         Drop(peer, transaction, now, result);
         result.Wake[0] = transaction.Owner->OnFinished(transaction);
     }
@@ -120,8 +122,11 @@ Transaction::Due PeerTable::OnTime(const PeerKey& key, Transaction& transaction,
     const Transaction::Due due = transaction.OnTime(now, result.Answer);
     result.To = transaction.Peer;
     result.Deadline = transaction.Deadline();
+    Peer& peer = *shard.Peers.find(key)->second;
+    if (due != Transaction::Due::nothing)
+        peer.Prompt = false;
     if (due == Transaction::Due::finished)
-        Drop(*shard.Peers.find(key)->second, transaction, now, result);
+        Drop(peer, transaction, now, result);
     return due;
 }
 

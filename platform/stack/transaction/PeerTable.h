@@ -39,6 +39,10 @@ class PeerTable {
 public:
     enum class Enter : std::uint8_t { done, busy, closed };
 
+    // Who answers within this time answers at once. A transaction learns when it enters whether its peer did so the
+    // last time.
+    static constexpr Millis PROMPT_MS = IDataLink::TICK;
+
     // What a PDU has led to. The caller sends Answer to To, then wakes.
     struct Dispatched {
         bool Matched = false;
@@ -80,6 +84,7 @@ private:
         InvokeIds Ids;
         std::vector<Transaction*> Active;
         std::vector<Waiter*> WaitingForId; // in the order they came
+        bool Prompt = false;               // its last answer came within PROMPT_MS of the request
     };
     struct Shard {
         std::mutex Mutex;

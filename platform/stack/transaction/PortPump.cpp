@@ -82,7 +82,8 @@ void PortPump::ReceiveAll() {
 }
 
 void PortPump::TakeOver() {
-    if (!m_takeOver.exchange(true))
+    // Either the background thread sees the first flag before it waits the next time, or this one sees the second.
+    if (!m_takeOver.exchange(true) && !m_watching)
         m_link.Interrupt();
 }
 
@@ -120,7 +121,9 @@ void PortPump::Run() {
         // While callers lead, this thread keeps off their socket and only looks now and then whether they still do.
         // When it waits for directed traffic and a caller comes, that one leads at once; what it costs is one wake in
         // vain.
+        m_watching = false;
         const bool idle = m_role.Idle(m_takeOver.exchange(false));
+        m_watching = idle;
         const unsigned sources = IDataLink::BROADCASTS | (idle ? IDataLink::DIRECTED : 0U);
         const int due = m_link.Attend();
         const int longest = idle ? due : due < 0 ? PARK_MS : std::min(due, PARK_MS);

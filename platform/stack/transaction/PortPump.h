@@ -80,6 +80,7 @@ private:
     NpduBatch m_broadcasts; // the background thread's
     std::atomic<bool> m_stop{false};
     std::atomic<bool> m_takeOver{false};
+    std::atomic<bool> m_watching{false}; // the background thread waits for directed traffic, too
     std::atomic<bool> m_away{false};
     std::mutex m_queueMutex;
     std::vector<QueuedApdu> m_queue;   // m_queueMutex

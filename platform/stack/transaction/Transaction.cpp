@@ -33,6 +33,7 @@ void Transaction::Begin(const TransactionSettings& settings, std::uint8_t servic
     m_resent = false;
     m_retries = options.Retries < 0 ? settings.Retries : static_cast<std::uint8_t>(std::min<int>(options.Retries, 255));
     m_retriesLeft = m_retries;
+    m_begun = now;
     m_timeoutMs = options.TimeoutMs != 0 ? options.TimeoutMs : settings.TimeoutMs;
     m_segmentTimeoutMs = settings.SegmentTimeoutMs;
     m_answerTimeoutMs = settings.AnswerTimeoutMs;

@@ -62,6 +62,7 @@ public:
 
     State Now() const { return m_state; }
     bool Done() const { return m_state == State::done; }
+    Millis Begun() const { return m_begun; }
     Millis Deadline() const { return m_deadline; }
     const CallResult& Result() const { return m_result; }
     // Late answers may still come: the invoke id must rest.
@@ -89,6 +90,7 @@ public:
     Station Peer;
     std::uint16_t MaxAnswer = MAX_APDU_IP; // longest APDU that we take from this peer
     std::uint8_t InvokeId = 0;
+    bool PromptPeer = false; // set by the peer table alone: the last answer of the peer came at once
     // Set by the owner before Begin.
     std::size_t SegmentSize = 0;      // octets of the parameters that go into one segment; 0: all in one piece
     AssemblyBudget* Budget = nullptr; // of segmented answers; null: no common limit
@@ -112,6 +114,7 @@ private:
     std::uint32_t m_timeoutMs = 0;
     std::uint32_t m_segmentTimeoutMs = 0;
     std::uint32_t m_answerTimeoutMs = 0;
+    Millis m_begun = 0;
     Millis m_deadline = 0;
     Millis m_requestDeadline = 0; // of a segmented request as a whole
     Millis m_answerDeadline = 0;  // of a segmented answer as a whole

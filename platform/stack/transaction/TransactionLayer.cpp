@@ -10,9 +10,9 @@ namespace {
 
 const SteadyClock THE_CLOCK;
 
-// A caller that waits longer than this for one answer stops leading: a dead device must not keep the role from callers
-// whose devices answer at once.
-constexpr Millis EAGER_MS = IDataLink::TICK;
+// A caller leads only while its answer may be expected at once: a dead or slow device must not keep the role from
+// callers whose devices are prompt, as each of their answers would then come by way of another thread.
+constexpr Millis EAGER_MS = PeerTable::PROMPT_MS;
 // How often a waiting caller looks whether the background thread is there to receive.
 constexpr Millis LOOK_MS = 100;
 // How often an observer is asked, and how often a waiting thread looks whether the layer is closing.
@@ -65,8 +65,11 @@ private:
     Outcome SendRequest(const BlockingCall& call);
 
     void Run(BlockingCall& call, const BACSTAC_ADDRESS& destination, ICallObserver* observer, Millis begun);
+    // Also receives for a moment, when the device is expected to answer at once. A caller with an observer may not
+    // lead: that may take its time, or call again.
+    Outcome SendAndLead(BlockingCall& call, bool mayLead, Millis begun);
     // Returns when the call has finished, or at this time.
-    void Wait(BlockingCall& call, Millis now, Millis eagerUntil, Millis until);
+    void Wait(BlockingCall& call, Millis until);
     // Receives for all while the background thread does something else, which may be long when a user's code blocks it.
     void StandIn(BlockingCall& call, Millis until);
     void End(BlockingCall& call, Outcome outcome);
@@ -172,24 +175,20 @@ CallResult TransactionLayer::Impl::Call(const BACSTAC_ADDRESS& destination, std:
     if (outcome != Outcome::simple_ack)
         return {outcome};
 
-    Core.InFlight.fetch_add(1, std::memory_order_relaxed);
     Run(call, destination, options.Observer, now);
-    Core.InFlight.fetch_sub(1, std::memory_order_relaxed);
     return call.Work.Result();
 }
 
 void TransactionLayer::Impl::Run(BlockingCall& call, const BACSTAC_ADDRESS& destination, ICallObserver* observer,
                                  Millis begun) {
-    const Outcome sent = SendRequest(call);
+    const Outcome sent = SendAndLead(call, observer == nullptr, begun);
     if (sent != Outcome::simple_ack) {
         End(call, sent);
         return;
     }
-    // An observer may take its time, or call again: such a caller never leads.
-    const Millis eagerUntil = observer == nullptr ? begun + EAGER_MS : begun;
     Millis until = begun + call.Work.FirstWaitMs();
     for (Millis now = begun;; now = Core.Clock.Now()) {
-        Wait(call, now, eagerUntil, observer == nullptr ? until : std::min(until, now + OBSERVE_MS));
+        Wait(call, observer == nullptr ? until : std::min(until, now + OBSERVE_MS));
         if (call.Finished())
             return;
         if (observer != nullptr && !observer->KeepWaiting()) {
@@ -217,27 +216,44 @@ void TransactionLayer::Impl::Run(BlockingCall& call, const BACSTAC_ADDRESS& dest
     }
 }
 
-void TransactionLayer::Impl::Wait(BlockingCall& call, Millis now, Millis eagerUntil, Millis until) {
+Outcome TransactionLayer::Impl::SendAndLead(BlockingCall& call, bool mayLead, Millis begun) {
+    if (!Core.Settings.BackgroundThread)
+        return SendRequest(call);
+    PortPump& pump = Core.Pump(call.Work.Peer.Port);
+    if (!mayLead || !call.Work.PromptPeer) {
+        pump.TakeOver();
+        return SendRequest(call);
+    }
+    Core.Expected.fetch_add(1, std::memory_order_relaxed);
+    const Outcome sent = SendRequest(call);
+    if (sent == Outcome::simple_ack) {
+        ReceiveRole::Candidate candidate(call.Sleeper());
+        const Millis until = begun + EAGER_MS;
+        for (Millis now = begun; !call.Finished() && now < until; now = Core.Clock.Now()) {
+            if (pump.Role().TryLead(candidate))
+                pump.Lead(Core.ReceiveLimit());
+            else
+                call.Sleeper().Wait(until - now);
+        }
+        pump.Role().Leave(candidate);
+        if (!call.Finished())
+            pump.TakeOver();
+    }
+    Core.Expected.fetch_sub(1, std::memory_order_relaxed);
+    return sent;
+}
+
+void TransactionLayer::Impl::Wait(BlockingCall& call, Millis until) {
     PortPump& pump = Core.Pump(call.Work.Peer.Port);
     if (!Core.Settings.BackgroundThread) {
         while (!call.Finished() && Core.Clock.Now() < until)
             pump.ReceiveAll();
         return;
     }
-    if (now < eagerUntil) {
-        ReceiveRole::Candidate candidate(call.Sleeper());
-        do {
-            if (pump.Role().TryLead(candidate))
-                pump.Lead(Core.ReceiveLimit());
-            else
-                call.Sleeper().Wait(eagerUntil - now);
-        } while (!call.Finished() && (now = Core.Clock.Now()) < eagerUntil);
-        pump.Role().Leave(candidate);
-        if (call.Finished())
+    while (!call.Finished()) {
+        const Millis now = Core.Clock.Now();
+        if (now >= until)
             return;
-        pump.TakeOver();
-    }
-    for (; !call.Finished() && now < until; now = Core.Clock.Now()) {
         if (pump.Away())
             StandIn(call, until);
         else

@@ -3,8 +3,9 @@
 //
 // Call blocks; any number of threads may call at once. A caller that waits receives for all: one of the callers waiting
 // on a port holds its receive role, reads the socket itself, hands the answers of others to them, and passes the role
-// on when it has its own. So a lone caller costs one send and one receive, and no switch of threads. A background
-// thread for each port receives broadcasts, and everything when no caller does.
+// on when it has its own. So a lone caller costs one send and one receive, and no switch of threads. Callers of devices
+// that did not answer at once the last time keep away from the role. A background thread for each port receives
+// broadcasts, and everything when no caller does.
 //
 // For one thread with many requests outstanding see AsyncCaller.h.
 //
