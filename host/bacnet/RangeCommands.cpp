@@ -14,13 +14,14 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <limits>
 #include <vector>
 
 using Json = nlohmann::ordered_json;
 
 namespace {
 
-constexpr std::int64_t MAX_COUNT = 1000000;
+constexpr std::int64_t MAX_COUNT = 1000000; // that can be asked for
 constexpr std::int64_t ONE_REQUEST = 32767; // what the count of a request can say
 
 // What was asked for, and where the next request goes on.
@@ -30,7 +31,7 @@ struct Range {
     std::uint32_t kind = BACSTAC_RANGE_BY_POSITION;
     std::uint32_t reference = 1; // position or sequence number
     BACSTAC_DATE_TIME time{};
-    std::int64_t count = MAX_COUNT; // still wanted; negative: backwards
+    std::int64_t count = std::numeric_limits<std::int64_t>::max(); // still wanted; negative: backwards
 };
 
 bool TakeReference(CBacnetCall& call, const char* key, std::uint32_t kind, Range& range) {
@@ -63,55 +64,93 @@ bool TakeRange(CBacnetCall& call, Range& range) {
            call.Refuse("\"" + call.Text("time") + "\" is no time: give it as 2026-11-21 or 2026-11-21 14:30:00");
 }
 
+bool IsByTime(const Range& range) {
+    return range.kind == BACSTAC_RANGE_BY_TIME || range.kind == BACSTAC_RANGE_BY_TIME_2001;
+}
+
 BACSTAC_READ_RANGE_SPEC SpecOf(const Range& range) {
     const auto count = static_cast<std::int32_t>(std::clamp(range.count, -ONE_REQUEST, ONE_REQUEST));
     BACSTAC_READ_RANGE_SPEC spec{};
     spec.Kind = range.kind;
-    if (range.kind == BACSTAC_RANGE_BY_TIME)
+    if (IsByTime(range))
         spec.ByTime = {range.time, count};
     else
         spec.ByIndex = {range.reference, count};
     return spec;
 }
 
-// Behind a block of so many records, whose first one has this sequence number (0: the device told none). False when
-// there is no way to go on.
-bool GoOn(Range& range, std::uint32_t received, std::uint32_t firstSequence) {
-    const bool isForward = range.count > 0;
-    range.count += isForward ? -std::int64_t{received} : std::int64_t{received};
-    if (range.count == 0 || received == 0)
+enum class Next : std::uint8_t {
+    End,
+    Block,
+    Unreachable // there are more records, and no way to ask for them
+};
+
+// Behind a block with the time of its outermost record as the new reference; false when that does not get ahead.
+bool GoOnByTime(Range& range, const Json& outermost) {
+    BACSTAC_DATE_TIME time{};
+    if (!ParseDateTime(outermost.value("time", std::string()), time) || Compare(time, range.time) == COMPARE_EQUAL)
         return false;
-    if (range.kind == BACSTAC_RANGE_BY_POSITION) {
-        if (!isForward && range.reference <= received)
-            return false;
-        range.reference = isForward ? range.reference + received : range.reference - received;
-        return true;
-    }
-    if (firstSequence == 0)
-        return false;
-    range.kind = BACSTAC_RANGE_BY_SEQUENCE;
-    range.reference = isForward ? firstSequence + received : firstSequence - 1;
-    return range.reference != 0;
+    range.time = time;
+    return true;
 }
 
-// The rows of one answer, and whether the device has more.
-bool ReadBlock(CBacnetCall& call, unsigned device, Range& range, CValueBuffer& buffer, std::vector<Json>& rows,
-               bool& isMore) {
-    const BACSTAC_READ_RANGE_SPEC spec = SpecOf(range);
-    BACSTAC_PROPERTY_CONTENTS contents = buffer.Contents();
+// Behind a block of records, whose first one has this sequence number (0: the device told none).
+Next GoOn(Range& range, const std::vector<Json>& rows, std::uint32_t firstSequence) {
+    const bool isForward = range.count > 0;
+    const auto received = static_cast<std::uint32_t>(rows.size());
+    range.count += isForward ? -std::int64_t{received} : std::int64_t{received};
+    if (range.count == 0)
+        return Next::End;
+    if (received == 0)
+        return Next::Unreachable;
+    if (range.kind == BACSTAC_RANGE_BY_POSITION) {
+        if (!isForward && range.reference <= received)
+            return Next::End;
+        range.reference = isForward ? range.reference + received : range.reference - received;
+        return Next::Block;
+    }
+    if (firstSequence == 0)
+        return IsByTime(range) && GoOnByTime(range, isForward ? rows.back() : rows.front()) ? Next::Block
+                                                                                            : Next::Unreachable;
+    range.kind = BACSTAC_RANGE_BY_SEQUENCE;
+    range.reference = isForward ? firstSequence + received : firstSequence - 1;
+    return range.reference != 0 ? Next::Block : Next::End;
+}
+
+struct Answer {
     BACSTAC_BIT_STRING flags{};
     BACSTAC_ERROR error{};
     unsigned firstSequence = 0;
+};
+
+// Devices before protocol revision 4 know the time in its older form only.
+BACSTAC_STATUS Ask(CBacnetCall& call, unsigned device, Range& range, BACSTAC_PROPERTY_CONTENTS& contents,
+                   Answer& answer) {
+    const BACSTAC_READ_RANGE_SPEC spec = SpecOf(range);
     const auto& [property, index] = range.property;
-    const BACSTAC_STATUS status =
-        call.Stack().ReadRange(device, range.object, property, index, &spec, &flags, &contents, &error, &firstSequence);
-    if (!call.Succeeded(status, error, PointName(device, range.object, property, index)))
+    answer = {};
+    const BACSTAC_STATUS status = call.Stack().ReadRange(device, range.object, property, index, &spec, &answer.flags,
+                                                         &contents, &answer.error, &answer.firstSequence);
+    if (status < BACSTAC_STATUS_ERROR || range.kind != BACSTAC_RANGE_BY_TIME)
+        return status;
+    range.kind = BACSTAC_RANGE_BY_TIME_2001;
+    return Ask(call, device, range, contents, answer);
+}
+
+// The rows of one answer, and where it goes on.
+bool ReadBlock(CBacnetCall& call, unsigned device, Range& range, CValueBuffer& buffer, std::vector<Json>& rows,
+               Next& next) {
+    BACSTAC_PROPERTY_CONTENTS contents = buffer.Contents();
+    Answer answer;
+    BACSTAC_STATUS status = Ask(call, device, range, contents, answer);
+    if (status == BACSTAC_OK && contents.DataType == TYPE_RAW)
+        status = BACSTAC_STATUS_INVALID_ANSWER;
+    const auto& [property, index] = range.property;
+    if (!call.Succeeded(status, answer.error, PointName(device, range.object, property, index)))
         return false;
-    if (contents.DataType == TYPE_RAW)
-        return call.Succeeded(BACSTAC_STATUS_INVALID_ANSWER, error, PointName(device, range.object, property, index));
     const Json records = LogRecords(contents, range.object.Type, property);
     const auto count = static_cast<std::uint32_t>(records.size());
-    std::uint32_t number = firstSequence;
+    std::uint32_t number = answer.firstSequence;
     if (range.kind == BACSTAC_RANGE_BY_POSITION)
         number = range.count > 0 ? range.reference : range.reference - std::min(range.reference, count) + 1;
     rows.clear();
@@ -119,8 +158,20 @@ bool ReadBlock(CBacnetCall& call, unsigned device, Range& range, CValueBuffer& b
         rows.push_back({{"number", number == 0 ? Json(nullptr) : Json(number++)}});
         rows.back().update(record);
     }
-    isMore = CBacGeneral::TestBitStringBit(flags, BACSTAC_RANGE_MORE_ITEMS) && GoOn(range, count, firstSequence);
+    next = CBacGeneral::TestBitStringBit(answer.flags, BACSTAC_RANGE_MORE_ITEMS)
+               ? GoOn(range, rows, answer.firstSequence)
+               : Next::End;
     return true;
+}
+
+// Backwards from nowhere is from the newest record; its position, or 0 when there is none.
+bool TakeNewest(CBacnetCall& call, unsigned device, Range& range) {
+    if (range.property.property != PROP_LOG_BUFFER)
+        return call.Refuse("a negative --count of a list needs --position");
+    BACSTAC_ERROR error{};
+    const BACSTAC_STATUS status = call.Stack().ReadProperty(device, range.object, PROP_RECORD_COUNT, BACSTAC_NO_INDEX,
+                                                            &range.reference, sizeof range.reference, &error);
+    return call.Succeeded(status, error, PointName(device, range.object, PROP_RECORD_COUNT, BACSTAC_NO_INDEX));
 }
 
 bool Print(CBacnetCall& call, const std::vector<Json>& rows) {
@@ -133,12 +184,16 @@ ControlReply ReadRange(CBacnetCall& call) {
     if (!TakeRange(call, range) || !call.TakeDevice(device))
         return call.Failure();
     const bool isForward = range.count > 0;
+    const bool hasReference = call.Has("position") || call.Has("sequence") || call.Has("time");
+    if (!isForward && !hasReference && !TakeNewest(call, device, range))
+        return call.Failure();
     CValueBuffer buffer;
     std::size_t total = 0;
     std::vector<std::vector<Json>> blocks; // backwards the newest come first, but are printed last
-    for (bool isMore = true; isMore;) {
+    Next next = range.reference == 0 && !hasReference ? Next::End : Next::Block;
+    while (next == Next::Block) {
         std::vector<Json> rows;
-        if (!ReadBlock(call, device, range, buffer, rows, isMore) || (isForward && !Print(call, rows)))
+        if (!ReadBlock(call, device, range, buffer, rows, next) || (isForward && !Print(call, rows)))
             return call.Failure();
         total += rows.size();
         if (!isForward)
@@ -148,7 +203,10 @@ ControlReply ReadRange(CBacnetCall& call) {
         if (!Print(call, blocks.back()))
             return call.Failure();
     }
-    return call.Done({{"count", total}});
+    const ControlReply reply = call.Done({{"count", total}});
+    if (next == Next::Unreachable)
+        return {EXIT_PARTLY, "the device has more records, but gives no way to go on to them", reply.result};
+    return reply;
 }
 
 std::string RecordLine(const Json& row) {
@@ -167,7 +225,8 @@ constexpr CommandOption RANGE_OPTIONS[] = {
     {"--position", "position", "From this place in the buffer on; 1 is the oldest record (1)"},
     {"--sequence", "sequence", "From this sequence number on"},
     {"--time", "time", "From behind this time on: 2026-11-21 or \"2026-11-21 14:30:00\", the device's local time"},
-    {"--count", "count", "So many records; a negative number goes backwards from the reference (all)"},
+    {"--count", "count",
+     "So many records (all); a negative number goes backwards from the reference, or from the newest record"},
 };
 
 constexpr const char* RANGE_COLUMNS[] = {"number", "time", "kind", "value", "status"};

@@ -10,7 +10,18 @@
 using Json = nlohmann::json;
 using testing::HasSubstr;
 
-class RangeAndFileCommands : public Commands {};
+class RangeAndFileCommands : public Commands {
+protected:
+    // Device 2000 is an old one with the log of device 1000: it tells no sequence numbers.
+    RangeAndFileCommands() {
+        sim::DeviceConfig& old = m_config.Devices[1];
+        old.ProtocolRevision = 3;
+        old.Segmentation = bacnet::Segmentation::none;
+        for (const sim::ObjectConfig& object : m_config.Devices[0].Objects)
+            if (object.Id.Type == OBJ_TREND_LOG || object.Id.Type == OBJ_ANALOG_INPUT)
+                old.Objects.push_back(object);
+    }
+};
 INSTANTIATE_TEST_SUITE_P(Ways, RangeAndFileCommands, BOTH_WAYS, WayName);
 
 namespace {
@@ -52,6 +63,26 @@ TEST_P(RangeAndFileCommands, ReadRangeGoesFromAReferenceInBothDirections) {
         EXPECT_EQ(backwards.front(), 51U) << "the oldest one first, also when it came with the last answer";
         EXPECT_TRUE(std::is_sorted(backwards.begin(), backwards.end()));
     }
+}
+
+TEST_P(RangeAndFileCommands, ReadRangeBackwardsFromNowhereGivesTheNewest) {
+    EXPECT_EQ(NumbersOf(RunJson({"readrange", "1000", "tl:1", "--count", "-2"})), (std::vector<unsigned>{299, 300}));
+    EXPECT_EQ(NumbersOf(RunJson({"readrange", "1000", "tl:1", "--count", "-1000"})).size(), 300U);
+    const ProcessResult list = Run({"readrange", "1000", "device:1000", "object-list", "--count", "-2"});
+    EXPECT_EQ(list.code, 2);
+    EXPECT_EQ(list.errors, "bdc: a negative --count of a list needs --position\n");
+}
+
+TEST_P(RangeAndFileCommands, ReadRangeByTimeGoesThroughTheLogOfAnOldDevice) {
+    const Json forward = RunJson({"readrange", "2000", "tl:1", "--time", "2026-01-01 00:10:00", "--count", "250"});
+    ASSERT_EQ(forward["records"].size(), 250U);
+    EXPECT_EQ(forward["records"][0]["time"], "2026-01-01 00:11:00.00");
+    EXPECT_EQ(forward["records"][249]["time"], "2026-01-01 04:20:00.00");
+    const Json backward = RunJson({"readrange", "2000", "tl:1", "--time", "2026-01-01 04:00:00", "--count", "-200"});
+    ASSERT_EQ(backward["records"].size(), 200U);
+    EXPECT_EQ(backward["records"][0]["time"], "2026-01-01 00:40:00.00");
+    EXPECT_EQ(backward["records"][199]["time"], "2026-01-01 03:59:00.00");
+    EXPECT_TRUE(backward["records"][0]["number"].is_null()) << "it tells none";
 }
 
 TEST_P(RangeAndFileCommands, ReadRangePrintsLinesAndCsv) {
