@@ -35,7 +35,12 @@ bool TakeFile(CBacnetCall& call, unsigned& device, BACSTAC_OBJECT_ID& file) {
     return true;
 }
 
-// 0 and true where the device does not tell.
+// The property that holds how long a file is, in octets or in records.
+BACSTAC_PROPERTY_ID LengthProperty(bool isRecords) {
+    return isRecords ? PROP_RECORD_COUNT : FILE_SIZE;
+}
+
+// otherwise: where the device does not tell.
 std::uint32_t ReadNumber(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID& object,
                          BACSTAC_PROPERTY_ID property, std::uint32_t otherwise) {
     std::uint32_t value = 0;
@@ -55,12 +60,13 @@ ControlReply Describe(CBacnetCall& call) {
         call.Stack().ReadProperty(device, file, FILE_ACCESS_METHOD, BACSTAC_NO_INDEX, &method, sizeof method, &error);
     if (!call.Succeeded(status, error, PointName(device, file)))
         return call.Failure();
+    const bool isRecords = method == ACCESS_IS_RECORD;
     const std::uint32_t apdu =
         std::clamp(ReadNumber(call, device, {OBJ_DEVICE, device}, PROP_MAX_APDU_LENGTH_ACCEPTED, SMALLEST_APDU),
                    SMALLEST_APDU, LARGEST_APDU);
     return call.Done({{"device", device},
-                      {"records", method == ACCESS_IS_RECORD},
-                      {"size", ReadNumber(call, device, file, FILE_SIZE, 0)},
+                      {"records", isRecords},
+                      {"size", ReadNumber(call, device, file, LengthProperty(isRecords), 0)},
                       {"chunk", apdu - CHUNK_OVERHEAD}});
 }
 
@@ -126,7 +132,7 @@ ControlReply WriteChunk(CBacnetCall& call) {
     return call.Done({{"start", result.Start}});
 }
 
-// Cuts off what a longer file had behind its new end.
+// Cuts off what a longer file had behind its new end: of octets, or of records.
 ControlReply SetSize(CBacnetCall& call) {
     unsigned device = 0;
     BACSTAC_OBJECT_ID file{};
@@ -135,10 +141,11 @@ ControlReply SetSize(CBacnetCall& call) {
         return call.Failure();
     auto value = static_cast<std::uint32_t>(size);
     const BACSTAC_PROPERTY_CONTENTS contents{TYPE_UNSIGNED, &value, sizeof value, 1};
+    const BACSTAC_PROPERTY_ID property = LengthProperty(call.Has("records"));
     BACSTAC_ERROR error{};
     const BACSTAC_STATUS status =
-        call.Stack().WriteProperty(device, file, FILE_SIZE, BACSTAC_NO_INDEX, BACSTAC_NO_PRIORITY, contents, &error);
-    if (!call.Succeeded(status, error, PointName(device, file, FILE_SIZE, BACSTAC_NO_INDEX)))
+        call.Stack().WriteProperty(device, file, property, BACSTAC_NO_INDEX, BACSTAC_NO_PRIORITY, contents, &error);
+    if (!call.Succeeded(status, error, PointName(device, file, property, BACSTAC_NO_INDEX)))
         return call.Failure();
     return call.Done(Json::object());
 }

@@ -55,10 +55,16 @@ public:
         return Ask("write-chunk", std::move(arguments)).has_value();
     }
 
-    bool CutOff(std::uint64_t size) { return Ask("set-size", {{"size", std::to_string(size)}}).has_value(); }
+    // What a longer file had behind its new end goes.
+    bool CutOff(std::uint64_t size) {
+        if (m_size <= size)
+            return true;
+        Arguments arguments = OfItsForm();
+        arguments["size"] = std::to_string(size);
+        return Ask("set-size", std::move(arguments)).has_value();
+    }
 
     bool IsRecords() const { return m_isRecords; }
-    std::uint64_t Size() const { return m_size; }
     std::size_t Chunk() const { return static_cast<std::size_t>(m_chunk); }
     bool Fail(ControlReply reply) {
         m_failure = std::move(reply);
@@ -69,10 +75,15 @@ public:
 private:
     using Arguments = std::map<std::string, std::string>;
 
-    Arguments At(std::uint64_t start) const {
-        Arguments arguments{{"start", std::to_string(start)}};
+    Arguments OfItsForm() const {
+        Arguments arguments;
         if (m_isRecords)
             arguments.emplace("records", "1");
+        return arguments;
+    }
+    Arguments At(std::uint64_t start) const {
+        Arguments arguments = OfItsForm();
+        arguments["start"] = std::to_string(start);
         return arguments;
     }
 
@@ -164,6 +175,8 @@ ControlReply PutFile(const FileTransfer& transfer, const AskStep& ask) {
             ++written;
             octets += record.size();
         }
+        if (!file.CutOff(written))
+            return file.Failure();
         return Transferred(file, transfer, octets, written);
     }
     while (octets < text.size()) {
@@ -172,7 +185,7 @@ ControlReply PutFile(const FileTransfer& transfer, const AskStep& ask) {
             return file.Failure();
         octets += piece.size();
     }
-    if (file.Size() > octets && !file.CutOff(octets))
+    if (!file.CutOff(octets))
         return file.Failure();
     return Transferred(file, transfer, octets, written);
 }

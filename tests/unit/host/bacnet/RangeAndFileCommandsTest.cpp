@@ -132,6 +132,9 @@ TEST_P(RangeAndFileCommands, FilesOfRecordsAreLinesOfHexadecimalPairs) {
     m_data.Put("new", "31\n3232\n333333\n34\n");
     Output({"file", "put", "1000", "2", m_data.File("new")});
     EXPECT_EQ(Device(1000).FileRecords(RECORDS), (Words{"1", "22", "333", "4"}));
+    m_data.Put("new", "35\n");
+    Output({"file", "put", "1000", "2", m_data.File("new")});
+    EXPECT_EQ(Device(1000).FileRecords(RECORDS), Words{"5"}) << "what was longer is cut off";
     m_data.Put("new", "3\n");
     EXPECT_EQ(Run({"file", "put", "1000", "2", m_data.File("new")}).code, 2);
 }
