@@ -150,14 +150,14 @@ TEST_F(AnnouncementsTest, AFloodOfThemLeavesOtherWorkAlone) {
     });
     const auto start = std::chrono::steady_clock::now();
     unsigned reads = 0;
-    for (; std::chrono::steady_clock::now() - start < 2s; ++reads) {
+    for (; std::chrono::steady_clock::now() - start < 10s; ++reads) {
         const Outcome outcome = ReadProperty(TargetOf(GOOD_HOST));
         ASSERT_EQ(outcome.Status, BACSTAC_OK) << "after " << reads;
     }
     stop = true;
     flood.join();
-    EXPECT_GT(reads, 100U);
-    EXPECT_GT(sent.load(), 10000U);
+    EXPECT_GT(reads, 500U);
+    EXPECT_GT(sent.load(), 50000U);
     std::vector<unsigned> devices;
     m_client->GetDevLst(devices, BACSTAC_ALL_NETWORKS);
     EXPECT_GT(devices.size(), 1000U) << "they were heard";
