@@ -68,7 +68,7 @@ const char* ToString(TableRead read) {
     case TableRead::done:
         return "done";
     case TableRead::refused:
-        return "refused";
+        return "refused: it is no broadcast management device";
     case TableRead::silent:
         return "no answer";
     case TableRead::failed:

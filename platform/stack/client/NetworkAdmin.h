@@ -61,7 +61,7 @@ private:
     const std::vector<BipPort*> m_ports;
 };
 
-// "done", "refused", "no answer" or "failed".
+// For people: "done", "refused: it is no broadcast management device", "no answer" or "failed".
 const char* ToString(TableRead read);
 
 } // namespace bacnet
