@@ -102,6 +102,11 @@ bool CBDCThread::IsEnding() {
     return run && !run->MayHandle();
 }
 
+bool CBDCThread::HasConsole() {
+    const auto& run = AllRuns().current;
+    return run && run->m_dialog && run->MayHandle();
+}
+
 void CBDCThread::Enqueue() {
     Runs& runs = AllRuns();
     if (runs.current) {

@@ -38,6 +38,8 @@ public:
     void Shutdown();
     // True while the present run waits to be destroyed.
     static bool IsEnding();
+    // True while a run has its dialog and is not at its end.
+    static bool HasConsole();
 
 private:
     void Enqueue();

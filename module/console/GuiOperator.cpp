@@ -1,16 +1,19 @@
 #include "module/console/GuiOperator.h"
 
-#include "api/bacnet/Log.h"
 #include "module/console/Busy.h"
-#include "module/console/ConsoleState.h"
+#include "module/console/ConsoleThread.h"
 #include "module/console/GuiThread.h"
 #include "module/console/ManualResetEvent.h"
 #include "module/console/NarrowText.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QThread>
+#include <QUrl>
 
 #include <utility>
 
@@ -83,14 +86,13 @@ std::optional<std::string> RunPicker(QFileDialog& dialog) {
     return QDir::toNativeSeparators(dialog.selectedFiles().constFirst()).toStdString();
 }
 
-void LogBox(const OperatorBox& box) {
-    std::string line = box.text;
-    for (std::size_t at = 0; (at = line.find("\r\n", at)) != std::string::npos;)
-        line.replace(at, 2, " - ");
-    if (box.icon == BoxIcon::Error)
-        LogErr("%s", line.c_str());
-    else
-        LogInf("%s", line.c_str());
+// The toolkit's own way knows no folder to start in, and a Java archive is a file to unpack for most desktops.
+bool StartProgramFor(const QString& file, const QString& folder) {
+    const bool isJava = file.endsWith(QStringLiteral(".jar"), Qt::CaseInsensitive);
+    const QString program =
+        QStandardPaths::findExecutable(isJava ? QStringLiteral("java") : QStringLiteral("xdg-open"));
+    const QStringList arguments = isJava ? QStringList{QStringLiteral("-jar"), file} : QStringList{file};
+    return !program.isEmpty() && QProcess::startDetached(program, arguments, folder);
 }
 
 } // namespace
@@ -100,7 +102,7 @@ BoxAnswer CGuiOperator::ShowBox(const OperatorBox& box) {
     BoxAnswer answer = unseen;
     const bool isWorker = !IsGuiThread();
     const auto show = [&] {
-        if (isWorker && QGuiApplication::platformName() == QStringLiteral("offscreen"))
+        if (isWorker && (!HasScreen() || !CBDCThread::HasConsole()))
             LogBox(box);
         else
             answer = RunBox(box);
@@ -136,6 +138,19 @@ std::optional<std::string> CGuiOperator::PickFolder(const std::string& title, co
         path = RunPicker(dialog);
     });
     return path;
+}
+
+void CGuiOperator::OpenFile(const std::string& path, const std::string& folder) {
+    const QString file = QFileInfo(QString::fromStdString(path)).absoluteFilePath();
+    const QString place = QString::fromStdString(folder);
+    RunOnGuiThread([&] {
+        if (!StartProgramFor(file, place))
+            QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+    });
+}
+
+bool CGuiOperator::HasScreen() const {
+    return QGuiApplication::platformName() != QStringLiteral("offscreen");
 }
 
 IOperator* CGuiOperator::Get() {

@@ -4,6 +4,8 @@
 // Texts are narrow. Line breaks in them are "\r\n".
 #pragma once
 
+#include "api/bacnet/Types.h"
+
 #include <optional>
 #include <string>
 
@@ -33,6 +35,9 @@ public:
     // Empty when the operator cancels.
     virtual std::optional<std::string> PickFile(const FilePick& pick) = 0;
     virtual std::optional<std::string> PickFolder(const std::string& title, const std::string& folder) = 0;
+    // Opens a file with the program that the desktop has for it, started in the folder; empty is the current one. Does
+    // not wait, and says nothing when there is none.
+    virtual void OpenFile(const std::string& path, const std::string& folder) = 0;
 };
 
 // The error box of the console, and its companion for news that is no failure.
@@ -42,6 +47,15 @@ inline void ShowError(IOperator& op, const std::string& text) {
 inline void ShowInformation(IOperator& op, const std::string& text) {
     op.ShowBox({"Information", text, BoxIcon::Information, BoxButtons::Ok});
 }
+// The same for jobs that also run unattended: a box when interactive, otherwise one line of the log.
+void NotifyError(IOperator& op, const std::string& text, bool interactive);
+void NotifyOperator(IOperator& op, const std::string& text, bool interactive);
+// The common report of a failed BACnet call. Interactive, a status of 0 reports nothing, so that a caller may give
+// whatever status it got.
+void ReportFailure(IOperator& op, const std::string& text, BACSTAC_STATUS status, const BACSTAC_ERROR* error,
+                   bool interactive);
+// A box as a line of the log, for want of anybody to show it to.
+void LogBox(const OperatorBox& box);
 // True for Yes.
 inline bool Confirm(IOperator& op, const std::string& text) {
     return op.ShowBox({"Confirmation", text, BoxIcon::Question, BoxButtons::YesNoCancel}) == BoxAnswer::Yes;

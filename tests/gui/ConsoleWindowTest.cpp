@@ -4,9 +4,9 @@
 #include "module/console/ConsolePage.h"
 #include "module/console/ConsoleState.h"
 #include "module/console/ModuleLock.h"
-#include "module/console/Operator.h"
 #include "module/console/PageTabs.h"
 #include "tests/gui/ConsoleFixture.h"
+#include "tests/support/FakeOperator.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -68,15 +68,7 @@ public:
     void Remove() override { g_events->Add("~Tray"); }
 };
 
-class RecordingOperator : public IOperator {
-public:
-    BoxAnswer ShowBox(const OperatorBox& box) override {
-        g_events->Add("Box(" + box.title + ", " + box.text + ")");
-        return BoxAnswer::Ok;
-    }
-    std::optional<std::string> PickFile(const FilePick&) override { return {}; }
-    std::optional<std::string> PickFolder(const std::string&, const std::string&) override { return {}; }
-};
+CFakeOperator* g_operator = nullptr;
 
 CBACnetConfConsoleDialog& Console() {
     return *qobject_cast<CBACnetConfConsoleDialog*>(ConsoleWindow());
@@ -87,8 +79,8 @@ protected:
     ConsoleWindowOf() {
         g_events = &m_events;
         g_reportsAreSaved = true;
-        static RecordingOperator op;
-        consoleWiring.getOperator = []() -> IOperator* { return &op; };
+        g_operator = &m_operator;
+        consoleWiring.getOperator = []() -> IOperator* { return g_operator; };
         consoleWiring.newTray = []() -> std::unique_ptr<ITray> { return std::make_unique<RecordingTray>(); };
         consoleWiring.showHelp = [](int context) { g_events->Add("Help(" + std::to_string(context) + ")"); };
     }
@@ -107,6 +99,8 @@ protected:
     void Type(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         OnGui([&] { PressKey(key, modifiers); });
     }
+    CFakeOperator m_operator{m_events};
+
     int CurrentPage() {
         return OnGui([] { return Console().GetTabs().GetCurrentPage(); });
     }
@@ -364,7 +358,8 @@ TEST_F(ConsoleWindowOf, ALeftClickOpensThroughTheGate) {
     m_events.Take();
     m_driver.m_users.m_logins = {{UM_LOGIN_REFUSED, ""}};
     Post(WM_CONSOLE_TRAYICON, 1, TRAY_LEFT_BUTTON_UP);
-    EXPECT_THAT(Settled(), ElementsAre("GetCurrentUserName(7)", "Login(operator)", "Box(Error, Login failed)"));
+    EXPECT_THAT(Settled(),
+                ElementsAre("GetCurrentUserName(7)", "Login(operator)", "Box(Error, Login failed, error, OK)"));
     EXPECT_FALSE(IsVisible());
 }
 

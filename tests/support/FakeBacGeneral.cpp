@@ -47,6 +47,10 @@ int CBacGeneral::PrintDevObjPropReference(char* buffer, unsigned size, BACSTAC_D
     return std::snprintf(buffer, size, "fake reference");
 }
 
+std::string CBacGeneral::GetErrorText(BACSTAC_STATUS status, BACSTAC_ERROR const*) {
+    return "status " + std::to_string(status);
+}
+
 const char* CBacGeneral::GetStatusString(BACSTAC_STATUS) {
     return "fake status";
 }

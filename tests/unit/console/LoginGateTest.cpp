@@ -1,8 +1,8 @@
 #include "module/console/LoginGate.h"
 
-#include "module/console/Operator.h"
 #include "tests/support/EventList.h"
 #include "tests/support/FakeKernel.h"
+#include "tests/support/FakeOperator.h"
 #include "tests/support/FakeUsers.h"
 
 #include <gmock/gmock.h>
@@ -12,22 +12,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class RecordingOperator : public IOperator {
-public:
-    explicit RecordingOperator(CEventList& events) : m_events(events) {}
-    BoxAnswer ShowBox(const OperatorBox& box) override {
-        m_events.Add("Box(" + box.title + ", " + box.text + ")");
-        EXPECT_EQ(box.icon, BoxIcon::Error);
-        EXPECT_EQ(box.buttons, BoxButtons::Ok);
-        return BoxAnswer::Ok;
-    }
-    std::optional<std::string> PickFile(const FilePick&) override { return {}; }
-    std::optional<std::string> PickFolder(const std::string&, const std::string&) override { return {}; }
-
-private:
-    CEventList& m_events;
-};
 
 class FakeWindow : public IGatedWindow {
 public:
@@ -56,7 +40,7 @@ protected:
     CEventList m_events;
     CFakeKernel m_kernel{m_events};
     CFakeUsers m_users{m_events};
-    RecordingOperator m_operator{m_events};
+    CFakeOperator m_operator{m_events};
     FakeWindow m_window{m_events};
 };
 
@@ -73,12 +57,12 @@ TEST_F(LoginGate, ProposesAUserWhenTheKernelKnowsNone) {
 TEST_F(LoginGate, AsksAgainWhoIsNoAdministrator) {
     EXPECT_THAT(Pass({{UM_LOGIN_OK, "guest"}, {UM_LOGIN_OK, "admin"}}),
                 ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)", "IsAdministrator(guest)",
-                            "Box(Error, This user is not member of administrator group)", "Login(guest)",
+                            "Box(Error, This user is not member of administrator group, error, OK)", "Login(guest)",
                             "IsAdministrator(admin)", "enable", "show"));
 }
 
 TEST_F(LoginGate, EndsAfterThreeWhoAreNone) {
-    const std::string refused = "Box(Error, This user is not member of administrator group)";
+    const std::string refused = "Box(Error, This user is not member of administrator group, error, OK)";
     EXPECT_THAT(Pass({{UM_LOGIN_OK, "a"}, {UM_LOGIN_OK, "b"}, {UM_LOGIN_OK, "c"}, {UM_LOGIN_OK, "admin"}}),
                 ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)", "IsAdministrator(a)", refused,
                             "Login(a)", "IsAdministrator(b)", refused, "Login(b)", "IsAdministrator(c)", refused,
@@ -92,14 +76,14 @@ TEST_F(LoginGate, SaysNothingWhenTheOperatorGivesUp) {
 
 TEST_F(LoginGate, TellsAFailedLoginOnceAndEnds) {
     for (const int result : {-1014, -1008, -1006, -1005})
-        EXPECT_THAT(
-            Pass({{result, ""}, {UM_LOGIN_OK, "admin"}}),
-            ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)", "Box(Error, Login failed)", "enable"))
+        EXPECT_THAT(Pass({{result, ""}, {UM_LOGIN_OK, "admin"}}),
+                    ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)",
+                                "Box(Error, Login failed, error, OK)", "enable"))
             << result;
     for (const int result : {-1, 5, 1007, -1013})
-        EXPECT_THAT(
-            Pass({{result, ""}, {UM_LOGIN_OK, "admin"}}),
-            ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)", "Box(Error, Login error)", "enable"))
+        EXPECT_THAT(Pass({{result, ""}, {UM_LOGIN_OK, "admin"}}),
+                    ElementsAre("disable", "GetCurrentUserName(7)", "Login(operator)",
+                                "Box(Error, Login error, error, OK)", "enable"))
             << result;
 }
 
