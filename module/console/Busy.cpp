@@ -5,6 +5,7 @@
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QDialog>
+#include <QThread>
 
 #include <algorithm>
 #include <vector>
@@ -48,7 +49,10 @@ bool IsRunModal(const QWidget* widget) {
 }
 
 bool PumpMessages() {
+    constexpr int LIMIT = 200; // ms; a window that always has something to do must not hold the job up
+    if (!qApp || QThread::currentThread() != qApp->thread())
+        return true;
     const CBusyScope busy;
-    QCoreApplication::processEvents();
+    QCoreApplication::processEvents(QEventLoop::AllEvents, LIMIT);
     return !CBDCThread::IsEnding();
 }

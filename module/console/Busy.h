@@ -22,6 +22,6 @@ int RunModal(QDialog& dialog);
 // Whether the widget is a dialog that RunModal runs.
 bool IsRunModal(const QWidget* widget);
 
-// Serves what is in the queue, between two blocking calls of a long job. False once the console shuts down: the job
-// ends then.
+// Serves the queue until it is empty, between two blocking calls of a long job. False once the console shuts down: the
+// job ends then. On any other thread, where a job runs unattended, there is nothing to serve: true.
 bool PumpMessages();

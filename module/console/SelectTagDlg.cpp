@@ -1,6 +1,7 @@
 #include "module/console/SelectTagDlg.h"
 
 #include "module/console/Globals.h"
+#include "module/widgets/DialogButtons.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -9,12 +10,9 @@
 CSelectTagDlg::CSelectTagDlg(QWidget* parent, const std::string& tag)
     : QDialog(parent), m_combo(new QComboBox(this)), m_tag(tag) {
     setWindowTitle(QStringLiteral("Select trigger tag"));
-    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    connect(buttons, &QDialogButtonBox::accepted, this, &CSelectTagDlg::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &CSelectTagDlg::reject);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(m_combo);
-    layout->addWidget(buttons);
+    layout->addWidget(NewOkCancel(*this));
 
     BDCManager.FillTagList(*m_combo);
     m_combo->setCurrentIndex(0);

@@ -1,5 +1,6 @@
 #include "tests/gui/ConsoleFixture.h"
 
+#include "module/console/Busy.h"
 #include "module/console/ConsoleState.h"
 #include "module/console/ConsoleThread.h"
 #include "module/console/GuiThread.h"
@@ -74,6 +75,12 @@ CEventList::Lines ConsoleFixture::Settled() {
     OnGui([] {});
     OnGui([] {}); // for what a handler posted
     return m_events.Take();
+}
+
+CEventList::Lines ConsoleFixture::Finished() {
+    OnGui([] {}); // what was posted has begun
+    EXPECT_TRUE(EventuallyOnGui([] { return !CBusyScope::IsBusy(); }));
+    return Settled();
 }
 
 bool ConsoleFixture::HasWindow() {

@@ -39,6 +39,8 @@ protected:
     void ShowWindow();
     // The events up to now, with all that was posted handled.
     CEventList::Lines Settled();
+    // The events once all jobs and dialogs of the console are over, too.
+    CEventList::Lines Finished();
     bool HasWindow();
     bool IsVisible();
     std::string Title();

@@ -372,7 +372,7 @@ TEST_F(ConsoleWindowOf, ASecondClickDoesNotReachTheLogin) {
         PumpMessages(); // the second click comes while the login is open
     };
     Post(WM_CONSOLE_TRAYICON, 1, TRAY_LEFT_BUTTON_UP);
-    EXPECT_THAT(Settled(),
+    EXPECT_THAT(Finished(),
                 ElementsAre("GetCurrentUserName(7)", "Login(operator)", "IsAdministrator(admin)", "Shown General"));
 }
 

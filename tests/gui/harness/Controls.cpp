@@ -72,15 +72,17 @@ void CheckUsable(const QWidget& control) {
 
 // Without a window manager a window that comes back to the screen is not told that it is active.
 QWidget& TargetOfKeys() {
-    if (QWidget* const focus = QApplication::focusWidget())
-        return *focus;
-    if (QWidget* const modal = QApplication::activeModalWidget())
-        return *modal;
-    const auto windows = QApplication::topLevelWidgets();
-    const auto it = std::ranges::find_if(windows, &QWidget::isVisible);
-    if (it == windows.end())
-        Fail("no window takes keys");
-    return **it;
+    QWidget* window = QApplication::activeModalWidget();
+    if (!window)
+        window = QApplication::activeWindow();
+    if (!window) {
+        const auto windows = QApplication::topLevelWidgets();
+        const auto it = std::ranges::find_if(windows, &QWidget::isVisible);
+        if (it == windows.end())
+            Fail("no window takes keys");
+        window = *it;
+    }
+    return window->focusWidget() ? *window->focusWidget() : *window;
 }
 
 // A check box may be wider than what takes the click.
