@@ -1,7 +1,8 @@
 // The services of a simulated device: a sequence of requests, each with an octet for the service, one for the room of
 // the answer and a run of parameters. The device has objects of every kind that services treat apart; requests change
 // it for those that follow. What it answers must be within its room, and no request may leave it without its objects'
-// invariants: the device object is there, and the list is as long as it says.
+// invariants: the device object is there, and the list is as long as it says. The clock goes on from one request to the
+// next, so that what the device does by itself is done as well.
 #include "fuzz/Input.h"
 #include "simulator/Generate.h"
 #include "simulator/server/Services.h"
@@ -62,12 +63,16 @@ DeviceConfig Furnished() {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const DeviceConfig config = Furnished();
     static Scratch scratch;
-    Device device(config, [] { return LocalTime{0}; });
+    LocalTime now = 0;
+    Device device(config, [&now] { return now; });
     Input input(data, size);
     for (unsigned requests = 0; !input.AtEnd() && requests < 50; ++requests) {
         const auto service = static_cast<bacnet::ConfirmedService>(input.Octet() % 32);
         const std::uint8_t roomOctet = input.Octet();
         const AnswerRoom room{roomOf[roomOctet % std::size(roomOf)], roomOctet >= 128};
+        now += HUNDREDTHS_PER_SECOND * (roomOctet + 1); // delays end, schedules go on
+        device.Run();
+        device.TakeMessages();
         const auto lock = device.Lock();
         const Outcome outcome = Serve(device, service, input.Run(), room, scratch);
         if (outcome.What == Outcome::Kind::ack)

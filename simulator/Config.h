@@ -57,8 +57,10 @@ struct ObjectConfig {
     BACSTAC_OBJECT_ID Id{};
     std::string Name; // UTF-8; empty: made of type and instance
     std::string Description;
-    bool IntrinsicReporting = false; // analog objects: limits, event enable and the rest, some 25 properties in all
-    bool Commandable = false;        // value objects: a priority array; outputs always have one
+    // Analog objects: limits, event enable and the rest, some 25 properties in all; binary and multi-state objects:
+    // alarm values, of outputs the feedback.
+    bool IntrinsicReporting = false;
+    bool Commandable = false; // value objects: a priority array; outputs always have one
     std::vector<std::pair<BACSTAC_PROPERTY_ID, Value>> Properties;
     std::vector<BACSTAC_PROPERTY_ID> ReadOnly; // that clients may not write, though they usually may
     std::optional<LogConfig> Log;              // types 20 and 27; without it such an object has an empty buffer

@@ -2,6 +2,8 @@
 
 #include "simulator/model/Device.h"
 
+#include <utility>
+
 namespace sim {
 
 namespace {
@@ -11,9 +13,20 @@ constexpr unsigned MAX_CONSEQUENCES = 10'000;
 
 } // namespace
 
+template <typename Step>
+void Automation::Do(Step step) {
+    const bool within = std::exchange(m_settling, true);
+    step();
+    m_settling = within;
+    Settle();
+}
+
 void Automation::FindObjects() {
-    m_schedules.FindObjects();
-    OnTime();
+    Do([this] {
+        m_schedules.FindObjects();
+        m_events.FindObjects();
+        m_schedules.OnTime();
+    });
 }
 
 void Automation::OnChange(BACSTAC_OBJECT_ID object, BACSTAC_PROPERTY_ID property) {
@@ -24,8 +37,10 @@ void Automation::OnChange(BACSTAC_OBJECT_ID object, BACSTAC_PROPERTY_ID property
 }
 
 void Automation::OnTime() {
-    m_schedules.OnTime();
-    Settle();
+    Do([this] {
+        m_schedules.OnTime();
+        m_events.OnTime();
+    });
 }
 
 void Automation::Settle() {
@@ -35,8 +50,10 @@ void Automation::Settle() {
     for (unsigned i = 0; i < MAX_CONSEQUENCES && !m_changes.empty(); ++i) {
         const Change change = m_changes.front();
         m_changes.pop_front();
-        if (const Object* object = m_device.Find(change.Object))
+        if (Object* object = m_device.Find(change.Object)) {
             m_schedules.OnChange(*object, change.Property);
+            m_events.OnChange(*object, change.Property);
+        }
     }
     m_changes.clear();
     m_settling = false;

@@ -153,6 +153,8 @@ std::optional<Value> Known(BACSTAC_OBJECT_ID object, BACSTAC_PROPERTY_ID propert
         return Value::BitString(3, {0, 1, 2});
     case PROP_LIMIT_ENABLE:
         return Value::BitString(2, {0, 1});
+    case PROP_EVENT_DETECTION_ENABLE:
+        return Value::Boolean(true);
     case PROP_NUMBER_OF_STATES:
         return Value::Unsigned(4);
     case PROP_CURRENT_COMMAND_PRIORITY:

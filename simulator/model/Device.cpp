@@ -7,6 +7,7 @@
 #include "simulator/model/StandardObjects.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace sim {
 
@@ -138,6 +139,23 @@ bool Device::IsOwn(const BACSTAC_DEV_OBJ_PROP_REF& reference) const {
     return reference.DevicePresent == 0 || reference.DeviceId.Instance == m_config.Instance;
 }
 
+void Device::Post(Message message) {
+    constexpr std::size_t MAX_MESSAGES = 1000;
+    if (m_messages.size() == MAX_MESSAGES)
+        m_messages.pop_front();
+    m_messages.push_back(std::move(message));
+    m_hasMessages = true;
+}
+
+std::vector<Message> Device::TakeMessages() {
+    const auto lock = Lock();
+    std::vector<Message> messages(std::make_move_iterator(m_messages.begin()),
+                                  std::make_move_iterator(m_messages.end()));
+    m_messages.clear();
+    m_hasMessages = false;
+    return messages;
+}
+
 void Device::Run() {
     const auto lock = Lock();
     m_automation.OnTime();
@@ -261,20 +279,24 @@ std::vector<BACSTAC_OBJECT_ID> Device::ObjectList() const {
 bool Device::Append(BACSTAC_OBJECT_ID log, LogRecord record) {
     const auto lock = Lock();
     LogObject* object = FindLog(log);
-    return object != nullptr && object->Append(std::move(record));
+    const bool appended = object != nullptr && object->Append(std::move(record));
+    NoteValue(log, PROP_TOTAL_RECORD_COUNT);
+    return appended;
 }
 
 bool Device::Generate(BACSTAC_OBJECT_ID log, std::uint64_t count) {
     const auto lock = Lock();
     LogObject* object = FindLog(log);
-    return object != nullptr && object->Generate(count);
+    const bool generated = object != nullptr && object->Generate(count);
+    NoteValue(log, PROP_TOTAL_RECORD_COUNT);
+    return generated;
 }
 
 void Device::GenerateAll(std::uint64_t count) {
     const auto lock = Lock();
     for (const Entry& entry : m_objects)
-        if (LogObject* log = entry.Content->AsLog())
-            log->Generate(count);
+        if (LogObject* log = entry.Content->AsLog(); log != nullptr && log->Generate(count))
+            NoteValue(log->Id(), PROP_TOTAL_RECORD_COUNT);
 }
 
 bool Device::SetLogEnabled(BACSTAC_OBJECT_ID log, bool enabled) {

@@ -7,6 +7,7 @@
 #include "simulator/model/BackupProcedure.h"
 #include "simulator/model/Events.h"
 #include "simulator/model/LogObject.h"
+#include "simulator/model/Message.h"
 
 #include <array>
 #include <atomic>
@@ -83,10 +84,11 @@ public:
     std::optional<Value> GetProperty(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property) const; // stored ones
     std::vector<BACSTAC_OBJECT_ID> ObjectList() const; // the device object first
 
-    // The object goes to that event state (0 normal, 1 fault, others offnormal), its transition wants to be
-    // acknowledged where its notification class says so, and the event logs record it. False without the object.
+    // The object goes to that event state (0 normal, 1 fault, others offnormal) until something of it changes: its
+    // transition wants to be acknowledged where its notification class says so, the event logs record it, and its
+    // recipients are told. False without the object.
     bool RaiseEvent(BACSTAC_OBJECT_ID id, std::uint32_t state);
-    bool AcknowledgeEvent(BACSTAC_OBJECT_ID id, Transition transition);
+    bool AcknowledgeEvent(BACSTAC_OBJECT_ID id, Transition transition, const std::string& by = {});
 
     // What is due by the device's clock is done. The server calls it some ten times in a second; a test that steps the
     // clock may do so itself.
@@ -114,6 +116,9 @@ public:
 
     // Whether Run may have something to do.
     bool IsAtWork() const { return m_isAtWork; }
+    // What the device wants to have sent, in order; the newest thousand when nobody takes them.
+    std::vector<Message> TakeMessages();
+    bool HasMessages() const { return m_hasMessages; }
 
     // ---- The server
 
@@ -128,6 +133,11 @@ public:
                              std::uint32_t& failed);
     // The device's own doing, without asking whether clients may; false when the value is that already.
     bool Update(Object& object, BACSTAC_PROPERTY_ID property, Value value);
+    // A value of the object has changed otherwise.
+    void NoteValue(BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property) { m_automation.OnChange(id, property); }
+    void Post(Message message);
+    void LogEvent(const LogRecord& record); // in all event logs
+    EventMonitor& Events() { return m_automation.Events(); }
     // Whether the reference is to one of its own objects, there or not.
     bool IsOwn(const BACSTAC_DEV_OBJ_PROP_REF& reference) const;
     // Creation and deletion by a client. The identifier is that of the specifier, or the first one free.
@@ -140,6 +150,7 @@ public:
     const std::vector<BACSTAC_OBJECT_ID>& Objects() const { return m_objectList; }
 
     // What the notification class of that number says; the usual where there is none.
+    const Object* FindClass(std::uint32_t number) const; // null when there is none
     NotificationClass ClassOf(std::uint32_t number, const BACSTAC_RECIPIENT* recipient, std::uint32_t process) const;
     void AdjustClock(LocalTime now);
     LocalTime FromUtc(LocalTime utc) const;
@@ -197,6 +208,8 @@ private:
     std::uint32_t m_systemStatus = 0;
     Automation m_automation{*this};
     std::atomic<bool> m_isAtWork = false;
+    std::deque<Message> m_messages;
+    std::atomic<bool> m_hasMessages = false;
     BackupProcedure m_backup;
     std::optional<BACSTAC_OBJECT_ID> m_snapshot; // the file that holds the device's own configuration
     std::array<std::atomic<std::uint64_t>, static_cast<std::size_t>(Counter::count)> m_counters{};

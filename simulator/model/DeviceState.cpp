@@ -4,7 +4,6 @@
 #include "simulator/model/Configuration.h"
 #include "simulator/model/Device.h"
 #include "simulator/model/FileObject.h"
-#include "simulator/model/Notification.h"
 #include "simulator/model/StandardObjects.h"
 
 #include <algorithm>
@@ -53,15 +52,26 @@ LocalTime Device::FromUtc(LocalTime utc) const {
 
 // ---- events
 
-NotificationClass Device::ClassOf(std::uint32_t number, const BACSTAC_RECIPIENT* recipient,
-                                  std::uint32_t process) const {
+const Object* Device::FindClass(std::uint32_t number) const {
     const Value wanted = Value::Unsigned(number);
     for (const Entry& entry : m_objects) {
         const Value* own = entry.Content->Find(PROP_NOTIFICATION_CLASS);
         if (entry.Content->Id().Type == OBJ_NOTIFICATION_CLASS && own != nullptr && *own == wanted)
-            return ReadClass(*entry.Content, recipient, process);
+            return entry.Content.get();
     }
-    return {};
+    return nullptr;
+}
+
+NotificationClass Device::ClassOf(std::uint32_t number, const BACSTAC_RECIPIENT* recipient,
+                                  std::uint32_t process) const {
+    const Object* found = FindClass(number);
+    return found == nullptr ? NotificationClass{} : ReadClass(*found, recipient, process);
+}
+
+void Device::LogEvent(const LogRecord& record) {
+    for (const Entry& entry : m_objects)
+        if (LogObject* log = entry.Content->AsLog(); log != nullptr && log->Id().Type == OBJ_EVENT_LOG)
+            log->Append(record);
 }
 
 bool Device::RaiseEvent(BACSTAC_OBJECT_ID id, std::uint32_t state) {
@@ -69,35 +79,16 @@ bool Device::RaiseEvent(BACSTAC_OBJECT_ID id, std::uint32_t state) {
     Object* object = Find(id);
     if (object == nullptr)
         return false;
-    AddEventProperties(*object);
-    const EventStatus before = *StatusOf(*object);
-    const NotificationClass notifications = ClassOf(before.NotificationClass, nullptr, 0);
-    const auto transition = static_cast<unsigned>(TransitionTo(state));
-    Notification event;
-    event.Device = Id();
-    event.Object = object->Id();
-    event.Time = Now();
-    event.Class = before.NotificationClass;
-    event.Priority = notifications.Priorities[transition];
-    event.Type = before.Type;
-    event.NotifyType = before.NotifyType;
-    event.AckRequired = (notifications.AckRequired >> transition & 1U) != 0;
-    event.From = before.State;
-    event.To = state;
-    EnterState(*object, state, event.AckRequired, event.Time);
-    const LogRecord record = ToRecord(event);
-    for (const Entry& entry : m_objects)
-        if (LogObject* log = entry.Content->AsLog(); log != nullptr && log->Id().Type == OBJ_EVENT_LOG)
-            log->Append(record);
+    Events().Enter(*object, state);
     return true;
 }
 
-bool Device::AcknowledgeEvent(BACSTAC_OBJECT_ID id, Transition transition) {
+bool Device::AcknowledgeEvent(BACSTAC_OBJECT_ID id, Transition transition, const std::string& by) {
     const auto lock = Lock();
     Object* object = Find(id);
     if (object == nullptr || !StatusOf(*object))
         return false;
-    Acknowledge(*object, transition);
+    Events().Acknowledge(*object, transition, by);
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/stack/codec/Reader.h"
 #include "platform/stack/schema/ObjectTypes.h"
+#include "simulator/model/Destination.h"
 
 #include <algorithm>
 
@@ -71,25 +72,6 @@ void SetIfMissing(Object& object, BACSTAC_PROPERTY_ID property, Value value) {
         object.Set(property, std::move(value));
 }
 
-// Of a BACnetDestination: valid days, from, to, recipient, process, confirmed, transitions.
-bool IsFor(Octets destination, const BACSTAC_RECIPIENT& wanted, std::uint32_t process) {
-    bacnet::Reader in(destination);
-    std::uint32_t number = 0;
-    for (int leading = 0; leading < 3; ++leading)
-        in.Skip();
-    bool same = false;
-    if (in.IsContext(0)) {
-        BACSTAC_OBJECT_ID device{};
-        same = in.ObjectId(device, 0) && wanted.Choice == 0 && device == wanted.Device;
-    } else {
-        Octets mac;
-        same = in.Open(1) && in.Unsigned(number) && in.OctetString(mac) && in.Close(1) && wanted.Choice == 1 &&
-               number == wanted.Address.Network &&
-               std::equal(mac.begin(), mac.end(), wanted.Address.Mac, wanted.Address.Mac + wanted.Address.MacLength);
-    }
-    return in.Unsigned(number) && same && number == process;
-}
-
 } // namespace
 
 Transition TransitionTo(std::uint32_t state) {
@@ -153,8 +135,11 @@ NotificationClass ReadClass(const Object& object, const BACSTAC_RECIPIENT* recip
         bacnet::Reader(priorities->Element(i)).Unsigned(read.Priorities[i]);
     read.AckRequired = BitsOf(object, PROP_ACK_REQUIRED, ALL_TRANSITIONS);
     const Value* recipients = object.Find(PROP_RECIPIENT_LIST);
-    for (std::uint32_t i = 0; recipient != nullptr && recipients != nullptr && i < recipients->Count(); ++i)
-        read.Notifies = read.Notifies || IsFor(recipients->Element(i), *recipient, process);
+    for (std::uint32_t i = 0; recipient != nullptr && recipients != nullptr && i < recipients->Count(); ++i) {
+        const auto destination = ReadDestination(recipients->Element(i));
+        read.Notifies = read.Notifies ||
+                        (destination && destination->Process == process && IsSame(destination->Recipient, *recipient));
+    }
     return read;
 }
 

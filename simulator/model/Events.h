@@ -12,6 +12,9 @@ namespace sim {
 // BACnetEventState, as far as code names it.
 inline constexpr std::uint32_t EVENT_NORMAL = 0;
 inline constexpr std::uint32_t EVENT_FAULT = 1;
+inline constexpr std::uint32_t EVENT_OFFNORMAL = 2;
+inline constexpr std::uint32_t EVENT_HIGH_LIMIT = 3;
+inline constexpr std::uint32_t EVENT_LOW_LIMIT = 4;
 
 // Transitions, in the order of the bits and arrays.
 enum class Transition : std::uint8_t { toOffnormal, toFault, toNormal };

@@ -1,5 +1,6 @@
 #include "simulator/model/Grammar.h"
 
+#include "platform/stack/codec/CharacterSet.h"
 #include "platform/stack/codec/Reader.h"
 #include "platform/stack/schema/TypeTable.h"
 
@@ -180,6 +181,12 @@ int PrimitiveTagOf(std::span<const std::uint8_t> octets) {
     bacnet::Tag tag;
     const bool primitive = in.PeekTag(tag) && tag.Kind == TagKind::application && in.Skip() && in.AtEnd();
     return primitive ? tag.Number : -1;
+}
+
+std::string TextIn(std::span<const std::uint8_t> octets) {
+    Reader in(octets);
+    std::span<const std::uint8_t> text;
+    return in.CharacterString(text) ? bacnet::DecodeText(text) : std::string();
 }
 
 std::optional<double> NumberIn(std::span<const std::uint8_t> octets) {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace sim {
@@ -24,6 +25,9 @@ bool IsOneOf(std::span<const std::uint8_t> octets, BACSTAC_DATA_TYPE type);
 
 // Application tag of a lone primitive; -1 for anything else.
 int PrimitiveTagOf(std::span<const std::uint8_t> octets);
+
+// A lone character string as UTF-8; empty for all else.
+std::string TextIn(std::span<const std::uint8_t> octets);
 
 // A lone number of any type, to compare; nothing for all else.
 std::optional<double> NumberIn(std::span<const std::uint8_t> octets);

@@ -4,44 +4,23 @@ namespace sim {
 
 namespace {
 
-constexpr std::uint32_t CHANGE_OF_STATE = 1;
-constexpr std::uint32_t OUT_OF_RANGE = 5;
-constexpr unsigned EVENT_VALUES = 12; // context tag
-
-BACSTAC_BIT_STRING InAlarm(bool on) {
-    BACSTAC_BIT_STRING flags{};
-    flags.BitCount = 4;
-    flags.Bits[0] = on ? 1 : 0;
-    return flags;
-}
-
-void PutValues(const Notification& notification, bacnet::Writer& to) {
-    const BACSTAC_BIT_STRING flags = InAlarm(notification.To != EVENT_NORMAL);
-    if (notification.Type == CHANGE_OF_STATE) {
-        to.Opening(EVENT_VALUES);
-        to.Opening(CHANGE_OF_STATE);
-        to.Opening(0);
-        to.Enumerated(notification.To != EVENT_NORMAL ? 1 : 0, 1); // binary-value
-        to.Closing(0);
-        to.BitString(flags, 1);
-        to.Closing(CHANGE_OF_STATE);
-        to.Closing(EVENT_VALUES);
-    } else if (notification.Type == OUT_OF_RANGE) {
-        to.Opening(EVENT_VALUES);
-        to.Opening(OUT_OF_RANGE);
-        to.Real(61.0F, 0);
-        to.BitString(flags, 1);
-        to.Real(1.0F, 2);
-        to.Real(60.0F, 3);
-        to.Closing(OUT_OF_RANGE);
-        to.Closing(EVENT_VALUES);
-    }
-}
+constexpr std::size_t HEAD = 256;        // octets that all but text and values take, at most
+constexpr std::size_t MAX_VALUES = 2048; // octets
 
 } // namespace
 
+std::string EncodeValues(std::uint32_t type, const std::function<void(bacnet::Writer&)>& put) {
+    std::string octets(MAX_VALUES, '\0');
+    bacnet::Writer to({reinterpret_cast<std::uint8_t*>(octets.data()), octets.size()});
+    to.Opening(type);
+    put(to);
+    to.Closing(type);
+    octets.resize(to.Overflow() ? 0 : to.Size());
+    return octets;
+}
+
 std::string Encode(const Notification& notification) {
-    std::string octets(256 + notification.Text.size(), '\0');
+    std::string octets(HEAD + notification.Text.size() + notification.Values.size(), '\0');
     bacnet::Writer to({reinterpret_cast<std::uint8_t*>(octets.data()), octets.size()});
     const BACSTAC_DATE_TIME time = ToDateTime(notification.Time);
     to.Unsigned(notification.Process, 0);
@@ -59,10 +38,17 @@ std::string Encode(const Notification& notification) {
     if (!notification.Text.empty())
         to.CharacterString(notification.Text, 7);
     to.Enumerated(notification.NotifyType, 8);
-    to.Boolean(notification.AckRequired, 9);
-    to.Enumerated(notification.From, 10);
+    const bool isAck = notification.NotifyType == NOTIFY_ACK;
+    if (!isAck) {
+        to.Boolean(notification.AckRequired, 9);
+        to.Enumerated(notification.From, 10);
+    }
     to.Enumerated(notification.To, 11);
-    PutValues(notification, to);
+    if (!isAck && !notification.Values.empty()) {
+        to.Opening(12);
+        to.Octets({reinterpret_cast<const std::uint8_t*>(notification.Values.data()), notification.Values.size()});
+        to.Closing(12);
+    }
     octets.resize(to.Size());
     return octets;
 }

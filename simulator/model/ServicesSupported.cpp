@@ -17,23 +17,15 @@ struct ServiceBit {
 };
 
 constexpr ServiceBit CONFIRMED[] = {
-    {ConfirmedService::getAlarmSummary, 3},
-    {ConfirmedService::getEnrollmentSummary, 4},
-    {ConfirmedService::getEventInformation, 39},
-    {ConfirmedService::atomicReadFile, 6},
-    {ConfirmedService::atomicWriteFile, 7},
-    {ConfirmedService::addListElement, 8},
-    {ConfirmedService::removeListElement, 9},
-    {ConfirmedService::createObject, 10},
-    {ConfirmedService::deleteObject, 11},
-    {ConfirmedService::readProperty, 12},
-    {ConfirmedService::readPropertyConditional, 13},
-    {ConfirmedService::readPropertyMultiple, 14},
-    {ConfirmedService::writeProperty, 15},
-    {ConfirmedService::writePropertyMultiple, 16},
-    {ConfirmedService::deviceCommunicationControl, 17},
-    {ConfirmedService::reinitializeDevice, 20},
-    {ConfirmedService::readRange, 35},
+    {ConfirmedService::acknowledgeAlarm, 0},       {ConfirmedService::getAlarmSummary, 3},
+    {ConfirmedService::getEnrollmentSummary, 4},   {ConfirmedService::getEventInformation, 39},
+    {ConfirmedService::atomicReadFile, 6},         {ConfirmedService::atomicWriteFile, 7},
+    {ConfirmedService::addListElement, 8},         {ConfirmedService::removeListElement, 9},
+    {ConfirmedService::createObject, 10},          {ConfirmedService::deleteObject, 11},
+    {ConfirmedService::readProperty, 12},          {ConfirmedService::readPropertyConditional, 13},
+    {ConfirmedService::readPropertyMultiple, 14},  {ConfirmedService::writeProperty, 15},
+    {ConfirmedService::writePropertyMultiple, 16}, {ConfirmedService::deviceCommunicationControl, 17},
+    {ConfirmedService::reinitializeDevice, 20},    {ConfirmedService::readRange, 35},
 };
 
 constexpr unsigned UNCONFIRMED[] = {

@@ -2,6 +2,7 @@
 
 #include "platform/stack/schema/ObjectTypes.h"
 #include "simulator/model/DefaultValue.h"
+#include "simulator/model/EventAlgorithm.h"
 #include "simulator/model/FileObject.h"
 #include "simulator/model/LogObject.h"
 #include "simulator/model/Notification.h"
@@ -84,7 +85,17 @@ void AddAnalog(Object& object) {
     object.Set(PROP_UNITS, Value::Enumerated(IsOutput(id.Type) ? UNITS_PERCENT : UNITS_DEGREES_CELSIUS));
 }
 
-void AddIntrinsicReporting(Object& object) {
+// What all objects have that report by themselves.
+void AddReporting(Object& object) {
+    object.Set(PROP_TIME_DELAY, Value::Unsigned(10));
+    object.Set(PROP_NOTIFICATION_CLASS, Value::Unsigned(1));
+    object.Set(PROP_EVENT_ENABLE, Value::BitString(3, {0, 1, 2}));
+    object.Set(PROP_ACKED_TRANSITIONS, Value::BitString(3, {0, 1, 2}));
+    object.Set(PROP_NOTIFY_TYPE, Value::Enumerated(0));
+    AddEventProperties(object);
+}
+
+void AddAnalogReporting(Object& object) {
     if (object.Id().Type == OBJ_ANALOG_INPUT) {
         object.Set(PROP_DEVICE_TYPE, Value::String("Pt1000"));
         object.Set(PROP_UPDATE_INTERVAL, Value::Unsigned(100));
@@ -93,15 +104,26 @@ void AddIntrinsicReporting(Object& object) {
     object.Set(PROP_MAX_PRES_VALUE, Value::Real(150.0F));
     object.Set(PROP_RESOLUTION, Value::Real(0.1F));
     object.Set(PROP_COV_INCREMENT, Value::Real(0.5F));
-    object.Set(PROP_TIME_DELAY, Value::Unsigned(10));
-    object.Set(PROP_NOTIFICATION_CLASS, Value::Unsigned(1));
     object.Set(PROP_HIGH_LIMIT, Value::Real(60.0F));
     object.Set(PROP_LOW_LIMIT, Value::Real(5.0F));
     object.Set(PROP_DEADBAND, Value::Real(1.0F));
     object.Set(PROP_LIMIT_ENABLE, Value::BitString(2, {0, 1}));
-    object.Set(PROP_EVENT_ENABLE, Value::BitString(3, {0, 1, 2}));
-    object.Set(PROP_ACKED_TRANSITIONS, Value::BitString(3, {0, 1, 2}));
-    object.Set(PROP_NOTIFY_TYPE, Value::Enumerated(0));
+    AddReporting(object);
+}
+
+// Outputs report that what they command does not happen, all others that they are in an alarm state: the value that
+// they do not start with, or the last one.
+void AddStateReporting(Object& object) {
+    const Value present = *object.Find(PROP_PRESENT_VALUE);
+    if (IsOutput(object.Id().Type)) {
+        object.Set(PROP_FEEDBACK_VALUE, present);
+    } else if (IsBinary(object.Id().Type)) {
+        object.Set(PROP_ALARM_VALUE, Value::Enumerated(present == Value::Enumerated(0) ? 1 : 0));
+    } else {
+        const Value last[] = {*object.Find(PROP_NUMBER_OF_STATES)};
+        object.Set(PROP_ALARM_VALUES, Value::List(last));
+    }
+    AddReporting(object);
 }
 
 void AddBinary(Object& object) {
@@ -126,7 +148,12 @@ void AddMultiState(Object& object) {
 // An event log has events of one object in turn, to and from high limit.
 void GenerateEvents(const LogConfig& log, LogBuffer& buffer) {
     constexpr std::uint32_t OUT_OF_RANGE = 5;
-    constexpr std::uint32_t HIGH_LIMIT = 3;
+    EventTerms terms;
+    terms.High = 60;
+    terms.Deadband = 1;
+    EventInputs inputs;
+    inputs.Monitored = Value::Real(61.0F);
+    inputs.StatusFlags.BitCount = 4;
     const std::uint64_t kept = std::min<std::uint64_t>(log.Generated, log.Capacity);
     for (std::uint64_t i = log.Generated - kept; i < log.Generated; ++i) {
         const bool raised = i % 2 == 0;
@@ -139,8 +166,12 @@ void GenerateEvents(const LogConfig& log, LogBuffer& buffer) {
         event.Type = OUT_OF_RANGE;
         event.Text = raised ? "too high" : "good again";
         event.AckRequired = raised;
-        event.From = raised ? EVENT_NORMAL : HIGH_LIMIT;
-        event.To = raised ? HIGH_LIMIT : EVENT_NORMAL;
+        event.From = raised ? EVENT_NORMAL : EVENT_HIGH_LIMIT;
+        event.To = raised ? EVENT_HIGH_LIMIT : EVENT_NORMAL;
+        inputs.StatusFlags.Bits[0] = raised ? 1 : 0; // in alarm
+        event.Values = EncodeValues(OUT_OF_RANGE, [&](bacnet::Writer& to) {
+            FindAlgorithm(OUT_OF_RANGE)->PutValues(terms, inputs, EVENT_HIGH_LIMIT, to);
+        });
         buffer.Append(ToRecord(event));
     }
 }
@@ -231,11 +262,11 @@ std::unique_ptr<Object> MakeObject(const ObjectConfig& config) {
     if (IsAnalog(type)) {
         AddAnalog(*object);
         if (config.IntrinsicReporting)
-            AddIntrinsicReporting(*object);
-    } else if (IsBinary(type)) {
-        AddBinary(*object);
-    } else if (IsMultiState(type)) {
-        AddMultiState(*object);
+            AddAnalogReporting(*object);
+    } else if (IsBinary(type) || IsMultiState(type)) {
+        IsBinary(type) ? AddBinary(*object) : AddMultiState(*object);
+        if (config.IntrinsicReporting)
+            AddStateReporting(*object);
     } else if (isLog) {
         AddLogProperties(config.Log.value_or(LogConfig{}), *object);
     } else if (type == OBJ_FILE) {

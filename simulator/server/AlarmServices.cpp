@@ -1,3 +1,4 @@
+#include "platform/stack/codec/CharacterSet.h"
 #include "platform/stack/services/Summaries.h"
 #include "simulator/model/Events.h"
 #include "simulator/server/Handlers.h"
@@ -70,7 +71,59 @@ BACSTAC_EVENT_SUMMARY SummaryOf(const Device& device, BACSTAC_OBJECT_ID id, cons
 // Of an answer that holds as many entries as fit.
 constexpr std::size_t END_OF_LIST = 3; // closing tag and "more events"
 
+struct Acknowledgement {
+    std::uint32_t Process = 0;
+    BACSTAC_OBJECT_ID Object{};
+    std::uint32_t State = EVENT_NORMAL;
+    std::span<const std::uint8_t> TimeStamp; // of the transition
+    std::string Source;
+};
+
+bool Decode(std::span<const std::uint8_t> parameters, Acknowledgement& acknowledgement) {
+    bacnet::Reader in(parameters);
+    std::span<const std::uint8_t> source;
+    std::span<const std::uint8_t> ignored;
+    const bool read = in.Unsigned(acknowledgement.Process, 0) && in.ObjectId(acknowledgement.Object, 1) &&
+                      in.Enumerated(acknowledgement.State, 2) && in.Enclosed(3, acknowledgement.TimeStamp) &&
+                      in.CharacterString(source, 4) && in.Enclosed(5, ignored) && in.AtEnd();
+    if (read)
+        acknowledgement.Source = bacnet::DecodeText(source);
+    return read;
+}
+
+// The transition is the one that happened last of its kind, as its time stamp tells; where the object is still in a
+// state of that kind, it is the one that is acknowledged.
+PropertyError Check(const Object& object, const EventStatus& status, const Acknowledgement& acknowledgement) {
+    const Transition transition = TransitionTo(acknowledgement.State);
+    if (TransitionTo(status.State) == transition && status.State != acknowledgement.State)
+        return {CLASS_SERVICES, CODE_INVALID_EVENT_STATE};
+    const Value* stamps = object.Find(PROP_EVENT_TIME_STAMPS);
+    const auto number = static_cast<std::uint32_t>(transition);
+    const auto same = [&](std::span<const std::uint8_t> stamp) {
+        return std::ranges::equal(stamp, acknowledgement.TimeStamp);
+    };
+    if (stamps == nullptr || number >= stamps->Count() || !same(stamps->Element(number)))
+        return {CLASS_SERVICES, CODE_INVALID_TIME_STAMP};
+    return {};
+}
+
 } // namespace
+
+Outcome AcknowledgeAlarm(const ServiceCall& call) {
+    Acknowledgement acknowledgement;
+    if (!Decode(call.Parameters, acknowledgement))
+        return Malformed(call.Parameters);
+    Object* object = call.Dut.Find(acknowledgement.Object);
+    if (object == nullptr)
+        return Outcome::Error(UNKNOWN_OBJECT);
+    const auto status = StatusOf(*object);
+    if (!status)
+        return Outcome::Error({CLASS_OBJECT, CODE_NO_ALARM_CONFIGURED});
+    const PropertyError error = Check(*object, *status, acknowledgement);
+    if (error.Ok())
+        call.Dut.Events().Acknowledge(*object, TransitionTo(acknowledgement.State), acknowledgement.Source);
+    return Outcome::Of(error);
+}
 
 Outcome GetAlarmSummary(const ServiceCall& call) {
     if (!call.Parameters.empty())

@@ -68,8 +68,9 @@ Apdu Header(PduType type, const Apdu& request) {
 
 } // namespace
 
-DeviceServer::DeviceServer(Device& device, const Origin& origin, IAmMode iAm)
-    : m_device(device), m_origin(origin), m_iAm(iAm), m_recentRequests(APDU_TIMEOUT_MS * APDU_RETRIES) {
+DeviceServer::DeviceServer(Device& device, const Origin& origin, IAmMode iAm, std::atomic<unsigned>& awaited)
+    : m_device(device), m_origin(origin), m_iAm(iAm), m_recentRequests(APDU_TIMEOUT_MS * APDU_RETRIES),
+      m_outgoing(origin, awaited) {
     if (!device.Config().Quirks.SecondClaimant)
         return;
     bacnet::BipAddress address = origin.Socket->LocalAddress();
@@ -83,12 +84,15 @@ void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::sp
     Apdu apdu;
     if (IsGone(context) || bacnet::DecodeApdu(octets, apdu) != bacnet::ApduError::none)
         return;
+    if (from.Network != 0)
+        m_outgoing.LearnRoute(from);
     switch (apdu.Type) {
     case PduType::confirmed_request:
         if (apdu.Segmented)
             OnRequestSegment(context, from, apdu);
         else
             OnRequest(context, from, apdu, octets);
+        SendMessages(context);
         break;
     case PduType::unconfirmed_request:
         if (UnconfirmedRequest request; ReadUnconfirmed(octets, request)) {
@@ -103,15 +107,36 @@ void DeviceServer::OnApdu(ServerContext& context, const Requester& from, std::sp
     case PduType::abort:
         if (!apdu.FromServer)
             OnAbort(from, apdu.InvokeId);
+        else
+            m_outgoing.OnAnswer(from, apdu);
+        break;
+    case PduType::simple_ack:
+    case PduType::error:
+    case PduType::reject:
+        m_outgoing.OnAnswer(from, apdu);
         break;
     default:
-        break; // answers: the device asks nobody
+        break; // the device asks nothing that has such an answer
     }
 }
 
-void DeviceServer::Run() {
+void DeviceServer::Run(ServerContext& context) {
+    if (IsGone(context))
+        return;
     if (m_device.IsAtWork())
         m_device.Run();
+    SendMessages(context);
+    m_outgoing.OnTime(context.Out, context.NowMs);
+}
+
+// What is to be sent while the device may not initiate anything is lost.
+void DeviceServer::SendMessages(ServerContext& context) {
+    if (!m_device.HasMessages())
+        return;
+    const bool mayInitiate = m_device.CommunicationState() == Communication::enabled;
+    for (Message& message : m_device.TakeMessages())
+        if (mayInitiate)
+            m_outgoing.Send(context.Out, std::move(message), context.NowMs);
 }
 
 void DeviceServer::OnBroadcast(ServerContext& context, const Requester& from, const UnconfirmedRequest& request,
@@ -129,6 +154,10 @@ void DeviceServer::OnUnconfirmed(ServerContext& context, const Requester& from, 
         break;
     case bacnet::UnconfirmedService::whoHas:
         OnWhoHas(context, from, request.Parameters, toAll, globally);
+        break;
+    case bacnet::UnconfirmedService::iAm:
+        if (m_outgoing.Awaits())
+            m_outgoing.OnIAm(request.Announced, from);
         break;
     default:
         SynchronizeTime(m_device, request);
@@ -210,6 +239,7 @@ void DeviceServer::Restart(ServerContext& context, std::uint32_t milliseconds, R
     m_segmentedRequests = SegmentedRequests();
     m_recentRequests = RecentRequests(APDU_TIMEOUT_MS * APDU_RETRIES);
     m_held.clear();
+    m_outgoing.Forget();
     m_goneUntilMs = context.NowMs + milliseconds;
     const Deferred announcement{{}, true, m_origin.Network != 0, {}, {}};
     context.Timers.Push({m_goneUntilMs, 0, this, 0, std::make_shared<Deferred>(announcement)});

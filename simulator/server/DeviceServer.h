@@ -6,6 +6,7 @@
 
 #include "simulator/model/Device.h"
 #include "simulator/server/FrameSender.h"
+#include "simulator/server/OutgoingRequests.h"
 #include "simulator/server/RecentRequests.h"
 #include "simulator/server/SegmentedAnswer.h"
 #include "simulator/server/SegmentedRequest.h"
@@ -41,8 +42,8 @@ private:
 
 class DeviceServer {
 public:
-    // origin's socket is borrowed and has to be open while requests come.
-    DeviceServer(Device& device, const Origin& origin, IAmMode iAm);
+    // origin's socket is borrowed and has to be open while requests come. awaited: see OutgoingRequests.
+    DeviceServer(Device& device, const Origin& origin, IAmMode iAm, std::atomic<unsigned>& awaited);
 
     Device& GetDevice() const { return m_device; }
 
@@ -52,7 +53,7 @@ public:
     void OnBroadcast(ServerContext& context, const Requester& from, const UnconfirmedRequest& request, bool globally,
                      Pacer& pacer);
     // What the device does by itself, from time to time.
-    void Run();
+    void Run(ServerContext& context);
     // The thread that set the timer.
     void OnTimer(ServerContext& context, const Timer& timer);
 
@@ -83,6 +84,7 @@ private:
                   bool globally);
     void SendUnconfirmed(ServerContext& context, const Origin& origin, bacnet::UnconfirmedService service,
                          std::span<const std::uint8_t> parameters, const Requester& from, bool toAll, bool globally);
+    void SendMessages(ServerContext& context);
     bool IsGone(const ServerContext& context) const { return context.NowMs < m_goneUntilMs; }
     void Restart(ServerContext& context, std::uint32_t milliseconds, RestartReason reason);
     void OnRequest(ServerContext& context, const Requester& from, const bacnet::Apdu& apdu,
@@ -118,6 +120,7 @@ private:
     std::vector<std::unique_ptr<Slot>> m_slots;
     SegmentedRequests m_segmentedRequests;
     RecentRequests m_recentRequests;
+    OutgoingRequests m_outgoing;
     std::vector<Held> m_held;                          // requests that wait for their repetition
     std::unique_ptr<bacnet::UdpSocket> m_otherAddress; // opened when a fault first wants it
     std::unique_ptr<bacnet::UdpSocket> m_otherPort;

@@ -39,7 +39,8 @@ Outcome DeleteObject(const ServiceCall& call);
 Outcome DeviceCommunicationControl(const ServiceCall& call);
 Outcome ReinitializeDevice(const ServiceCall& call);
 
-// AlarmServices.cpp: clauses 13.10 to 13.12.
+// AlarmServices.cpp: clauses 13.5 and 13.10 to 13.12.
+Outcome AcknowledgeAlarm(const ServiceCall& call);
 Outcome GetAlarmSummary(const ServiceCall& call);
 Outcome GetEnrollmentSummary(const ServiceCall& call);
 Outcome GetEventInformation(const ServiceCall& call);

@@ -35,6 +35,7 @@ struct Row {
 };
 
 constexpr Row SERVICES[] = {
+    {ConfirmedService::acknowledgeAlarm, AcknowledgeAlarm},
     {ConfirmedService::getAlarmSummary, GetAlarmSummary},
     {ConfirmedService::getEnrollmentSummary, GetEnrollmentSummary},
     {ConfirmedService::getEventInformation, GetEventInformation},

@@ -37,7 +37,7 @@ std::string Site::Open(const SimulatorConfig& config, const std::vector<std::uni
         if (!error.empty())
             return "device " + std::to_string(device.Instance) + ": " + error;
         Devices.push_back(
-            std::make_unique<DeviceServer>(*devices[next++], Origin{&endpoint->Socket, 0, 0}, config.IAm));
+            std::make_unique<DeviceServer>(*devices[next++], Origin{&endpoint->Socket, 0, 0}, config.IAm, Awaited));
         endpoint->Device = Devices.back().get();
         LocalDevices.push_back(endpoint->Device);
     }
@@ -52,7 +52,7 @@ std::string Site::Open(const SimulatorConfig& config, const std::vector<std::uni
             endpoint->Router->AddNetwork(network.Number);
             for (const DeviceConfig& device : network.Devices) {
                 const Origin origin{&endpoint->Socket, network.Number, device.Mac};
-                Devices.push_back(std::make_unique<DeviceServer>(*devices[next++], origin, config.IAm));
+                Devices.push_back(std::make_unique<DeviceServer>(*devices[next++], origin, config.IAm, Awaited));
                 if (!endpoint->Router->Add(network.Number, device.Mac, *Devices.back()))
                     return "device " + std::to_string(device.Instance) + ": address " + std::to_string(device.Mac) +
                            " on network " + std::to_string(network.Number) + " is taken";

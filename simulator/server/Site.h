@@ -4,6 +4,7 @@
 
 #include "simulator/server/RouterServer.h"
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,6 +25,7 @@ struct Site {
 
     bacnet::BipAddress BroadcastAddress;
     std::uint32_t IAmPerMs = 0;
+    std::atomic<unsigned> Awaited = 0; // devices whose I-Am is waited for
     Endpoint Broadcasts;
     std::vector<std::unique_ptr<Endpoint>> Endpoints; // of devices and routers
     std::vector<std::unique_ptr<DeviceServer>> Devices;

@@ -17,18 +17,11 @@ constexpr int HIGH_TAG = 1;
 constexpr int OBJECT_TAG = 2;
 constexpr int NAME_TAG = 3;
 
-// The text of a character string with its tag.
-std::string TextOf(const Value& value) {
-    bacnet::Reader in(value.Wire());
-    std::span<const std::uint8_t> octets;
-    return in.CharacterString(octets) ? bacnet::DecodeText(octets) : std::string();
-}
-
 const Object* FindByName(const Device& device, const std::string& name) {
     for (const BACSTAC_OBJECT_ID& id : device.Objects()) {
         const Object* object = device.Find(id);
         const Value* known = object->Find(PROP_OBJECT_NAME);
-        if (known != nullptr && TextOf(*known) == name)
+        if (known != nullptr && TextIn(known->Wire()) == name)
             return object;
     }
     return nullptr;
@@ -46,6 +39,12 @@ bool ReadUnconfirmed(std::span<const std::uint8_t> octets, UnconfirmedRequest& r
     switch (request.Service) {
     case UnconfirmedService::whoIs:
         return bacnet::DecodeWhoIs(apdu.Payload, request.Who);
+    case UnconfirmedService::iAm: {
+        bacnet::IAm announcement;
+        const bool read = bacnet::DecodeIAm(apdu.Payload, announcement);
+        request.Announced = announcement.Device;
+        return read;
+    }
     case UnconfirmedService::whoHas:
     case UnconfirmedService::timeSynchronization:
     case UnconfirmedService::utcTimeSynchronization:

@@ -1,5 +1,5 @@
-// The unconfirmed services that simulated devices take: Who-Is, Who-Has and the two time synchronizations (clauses
-// 16.9, 16.10, 16.7 and 16.8).
+// The unconfirmed services that simulated devices take: Who-Is, Who-Has, the two time synchronizations and I-Am
+// (clauses 16.9, 16.10, 16.7 and 16.8).
 #pragma once
 
 #include "platform/stack/services/WhoIs.h"
@@ -14,6 +14,7 @@ namespace sim {
 struct UnconfirmedRequest {
     bacnet::UnconfirmedService Service{};
     bacnet::WhoIs Who;                        // of a Who-Is
+    std::uint32_t Announced = 0;              // of an I-Am
     std::span<const std::uint8_t> Parameters; // of the others
 };
 

@@ -83,7 +83,7 @@ void Worker::RunDevices(ServerContext& context) {
         return;
     m_runAtMs = context.NowMs + RUN_EVERY_MS;
     for (DeviceServer* server : m_devices)
-        server->Run();
+        server->Run(context);
 }
 
 void Worker::Receive(ServerContext& context, Endpoint& endpoint) {
@@ -142,7 +142,8 @@ void Worker::OnBroadcast(ServerContext& context, const bacnet::BipAddress& from,
         return;
     // Looked at once for all devices: their own I-Am come back here, too.
     UnconfirmedRequest request;
-    if (!ReadUnconfirmed(npdu.Payload, request))
+    if (!ReadUnconfirmed(npdu.Payload, request) ||
+        (request.Service == bacnet::UnconfirmedService::iAm && m_site.Awaited == 0))
         return;
     const Requester requester = RequesterOf(from, npdu);
     Pacer pacer(m_site.IAmPerMs);

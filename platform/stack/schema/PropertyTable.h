@@ -1,5 +1,5 @@
 // Names of the standard's properties (ANSI/ASHRAE 135 clause 21, BACnetPropertyIdentifier), ascending by number, as
-// constant data for the tables of this folder. All others ask PropertyNames.h. Constant data, any thread.
+// constant data for tables and for named constants. All others ask PropertyNames.h. Constant data, any thread.
 //
 // Numbers that the standard took back keep their names: devices of those days still answer with them. 133 has its
 // first name, which the console shows; later editions call it "enable".
