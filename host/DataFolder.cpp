@@ -60,3 +60,8 @@ bool EnterFolder(const std::string& path, std::string& error) {
     error = ErrnoText(path, "cannot be entered");
     return false;
 }
+
+std::string UnacceptedFile(const std::string& path) {
+    return access(path.c_str(), R_OK) == 0 ? path + ": is damaged, and no earlier generation is whole: move it away"
+                                           : ErrnoText(path, "cannot be read");
+}

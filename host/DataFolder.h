@@ -16,3 +16,7 @@ std::string AbsolutePath(const std::string& path);
 // Makes the folder the process's current directory. Called once, before anything of the module is loaded: files of the
 // module have bare names.
 bool EnterFolder(const std::string& path, std::string& error);
+
+// Why a file of the folder that is there was not accepted, when its reader does not say: it may not be read, or it is
+// damaged.
+std::string UnacceptedFile(const std::string& path);

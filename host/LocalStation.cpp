@@ -56,7 +56,7 @@ bool CLocalStation::Open(bool withNetwork, std::string& error) {
     CBacGeneral::SetDirFileName(m_folder + "/" + m_config.directoryFile);
     if (access(CBacGeneral::GetDirFileName().c_str(), F_OK) != 0 || m_client->LoadDir())
         return true;
-    error = CBacGeneral::GetDirFileName() + ": cannot be loaded";
+    error = UnacceptedFile(CBacGeneral::GetDirFileName());
     return false;
 }
 

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
+#include <sstream>
 
 namespace {
 
@@ -30,8 +31,9 @@ Json Parse(const std::string& text) {
 }
 
 void PrintFailure(const ControlReply& reply) {
-    if (!reply.error.empty())
-        Put(stderr, "bdc: {}\n", Printable(reply.error));
+    std::istringstream lines(reply.error); // several faults of one configuration
+    for (std::string line; std::getline(lines, line);)
+        Put(stderr, "bdc: {}\n", Printable(line));
 }
 
 class CJsonRenderer : public IRenderer {

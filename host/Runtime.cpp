@@ -120,7 +120,7 @@ bool CRuntime::OpenStack(std::string& error) {
         return false;
     BACnet = m_client.get();
     if (access(CBacGeneral::GetDirFileName().c_str(), F_OK) == 0 && !m_client->LoadDir())
-        LogErr("The directory %s cannot be loaded", CBacGeneral::GetDirFileName().c_str());
+        LogErr("The directory was not loaded: %s", UnacceptedFile(CBacGeneral::GetDirFileName()).c_str());
     m_client->Announce();
     m_station.SetIdentityListener(
         [this] { m_client->SetIdentity(m_station.GetDeviceInstance(), m_station.GetDeviceName()); });

@@ -4,6 +4,7 @@
 #include "api/bacnet/Enums.h"
 #include "base/NumberText.h"
 #include "host/BacnetNames.h"
+#include "host/DataFolder.h"
 #include "host/bacnet/Call.h"
 #include "host/bacnet/Command.h"
 #include "host/bacnet/IAmCollector.h"
@@ -119,11 +120,11 @@ bool SaveScanned(CBacnetCall& call, const CBACnetDir& scanned) {
     CBACnetDir directory;
     std::error_code failure;
     if (std::filesystem::exists(path, failure) && !directory.Load(path))
-        return call.Fail(path + ": cannot be loaded");
+        return call.Fail(UnacceptedFile(path));
     directory.AddDir(scanned);
     if (!directory.Save(path))
         return call.Fail(path + ": cannot be written");
-    return call.Stack().LoadDir() || call.Fail(path + ": cannot be loaded");
+    return call.Stack().LoadDir() || call.Fail(UnacceptedFile(path));
 }
 
 // False when the scan cannot go on. A device that is not found is a row, unless it is the only one.

@@ -24,6 +24,14 @@ TEST(DataFolder, IsMadeWithItsParentsForTheUserOnly) {
     EXPECT_FALSE(EnsureFolder(folder.File("file/x"), error));
 }
 
+TEST(DataFolder, TellsWhyAFileOfItWasNotAccepted) {
+    const CTempFolder folder;
+    folder.Put("directory.dat", "garbage");
+    EXPECT_EQ(UnacceptedFile(folder.File("directory.dat")),
+              folder.File("directory.dat") + ": is damaged, and no earlier generation is whole: move it away");
+    EXPECT_EQ(UnacceptedFile(folder.File("gone")), folder.File("gone") + ": cannot be read: No such file or directory");
+}
+
 TEST(LockFile, HoldsTheProcessNumberAndComesFreeWithItsOwner) {
     const CTempFolder folder;
     std::string error;

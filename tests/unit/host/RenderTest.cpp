@@ -103,6 +103,11 @@ TEST_F(Render, TextOfAFailureGoesToStandardError) {
     EXPECT_EQ(Printed(), "|bdc: no such tag: A\\x1B[2J\n");
 }
 
+TEST_F(Render, TextOfSeveralFaultsHasALineForEach) {
+    MakeTextRenderer("status")->End({EXIT_FAILED, "a.toml:1:1: wrong\na.toml:2:1: wrong too", {}});
+    EXPECT_EQ(Printed(), "|bdc: a.toml:1:1: wrong\nbdc: a.toml:2:1: wrong too\n");
+}
+
 TEST_F(Render, TextHasNoControlCharactersOfDevices) {
     auto renderer = MakeTextRenderer("history query");
     renderer->Row(R"({"time":"T","value":"bell\u0007 tab\t"})");
