@@ -4,7 +4,9 @@
 #include "module/console/ConsoleState.h"
 
 #include <QKeyEvent>
+#include <QLabel>
 #include <QTabBar>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <utility>
@@ -31,9 +33,19 @@ private:
     const int m_page;
 };
 
+CConsolePage* NewEmptyPage(QWidget* place) {
+    auto* const page = new CConsolePage(place);
+    auto* const text = new QLabel(QStringLiteral("There is nothing to set here yet."), page);
+    text->setAlignment(Qt::AlignCenter);
+    text->setEnabled(false);
+    (new QVBoxLayout(page))->addWidget(text);
+    return page;
+}
+
 } // namespace
 
 CPageTabs::CPageTabs(QWidget* parent) : QTabWidget(parent) {
+    tabBar()->setAccessibleName(QStringLiteral("Pages"));
     connect(this, &QTabWidget::currentChanged, this, &CPageTabs::SelectPage);
 }
 
@@ -41,7 +53,7 @@ void CPageTabs::Create(CDriver& driver) {
     for (std::size_t i = 0; i < PAGE_COUNT; ++i) {
         auto* const place = new CPagePlace(this, static_cast<int>(i));
         const auto newPage = consoleWiring.newPage[i];
-        CConsolePage* const page = newPage ? newPage(place, driver) : new CConsolePage(place);
+        CConsolePage* const page = newPage ? newPage(place, driver) : NewEmptyPage(place);
         page->setVisible(false);
         m_pages[i] = page;
         consolePages[i] = page;
@@ -84,7 +96,10 @@ QSize CPageTabs::sizeHint() const {
     return {std::max(size.width(), tabs.width() + tabs.height()), size.height() + tabs.height()};
 }
 
+// On its way to the screen the first place is empty at first.
 void CPageTabs::Place(int page, const QSize& place) {
+    if (place.isEmpty())
+        return;
     if (!m_firstSize.isValid())
         m_firstSize = place;
     if (CConsolePage* const widget = GetPage(page))
