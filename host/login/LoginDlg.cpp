@@ -20,11 +20,19 @@ namespace {
 
 // Room, in characters of the dialog's font and in lines.
 constexpr int FIELD_COLUMNS = 34;
-constexpr int COMMAND_COLUMNS = 56;
+constexpr int COMMAND_COLUMNS = 100; // at most
 constexpr int MESSAGE_LINES = 2;
 
 int ColumnsOf(const QWidget& widget, int columns) {
     return columns * widget.fontMetrics().averageCharWidth();
+}
+
+// The text never makes its window wider.
+void WrapInGivenWidth(QLabel& label) {
+    label.setWordWrap(true);
+    QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    label.setSizePolicy(policy);
 }
 
 } // namespace
@@ -33,10 +41,11 @@ CLoginDlg::CLoginDlg(QWidget* parent, CUserStore& store, const std::string& name
     : QDialog(parent), m_store(store), m_name(name), m_userCommand(std::move(userCommand)) {
     setWindowTitle(QStringLiteral("Login"));
     auto* const layout = new QVBoxLayout(this);
+    layout->setSizeConstraint(QLayout::SetFixedSize); // it is as large as it need be, also when that changes
     AddHeading(*layout);
+    layout->addSpacing(style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
     AddFields(*layout);
     AddMessage(*layout);
-    AddFirstUser(*layout);
     AddButtons(*layout);
     m_second.setInterval(std::chrono::seconds(1));
     connect(&m_second, &QTimer::timeout, this, [this] { WaitFor(m_wait - 1); });
@@ -80,6 +89,7 @@ void CLoginDlg::AddFields(QVBoxLayout& layout) {
     fields->addRow(QStringLiteral("&User name"), m_nameEdit);
     fields->addRow(QStringLiteral("&Password"), m_passwordEdit);
     fields->addRow(QString(), m_capsLock);
+    AddFirstUser(layout); // behind the name, which its command has
     layout.addLayout(fields);
 }
 
@@ -94,7 +104,7 @@ void CLoginDlg::AddMessage(QVBoxLayout& layout) {
     m_warning->hide();
     m_message = new QLabel(this);
     m_message->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    m_message->setWordWrap(true);
+    WrapInGivenWidth(*m_message);
     m_message->setTextFormat(Qt::PlainText);
     m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_message->setMinimumHeight(MESSAGE_LINES * fontMetrics().lineSpacing());
@@ -111,10 +121,9 @@ void CLoginDlg::AddFirstUser(QVBoxLayout& layout) {
     auto* const text = new QLabel(QStringLiteral("There is no user yet. This &command makes one, in a terminal on this "
                                                  "machine; it asks for the password. Then log in here."),
                                   m_firstUser);
-    text->setWordWrap(true);
+    WrapInGivenWidth(*text);
     m_command = new QLineEdit(m_firstUser);
     m_command->setReadOnly(true);
-    m_command->setMinimumWidth(ColumnsOf(*this, COMMAND_COLUMNS));
     m_command->setAccessibleName(QStringLiteral("Command that makes the first user"));
     text->setBuddy(m_command);
     auto* const copy = new QPushButton(QStringLiteral("C&opy"), m_firstUser);
@@ -126,6 +135,9 @@ void CLoginDlg::AddFirstUser(QVBoxLayout& layout) {
     };
     connect(m_nameEdit, &QLineEdit::textChanged, this, showCommand);
     showCommand();
+    const int frame = 2 * fontMetrics().averageCharWidth();
+    m_command->setMinimumWidth(std::min(m_command->fontMetrics().horizontalAdvance(m_command->text()) + 2 * frame,
+                                        ColumnsOf(*this, COMMAND_COLUMNS)));
 
     auto* const row = new QHBoxLayout;
     row->addWidget(m_command, 1);
@@ -201,18 +213,14 @@ void CLoginDlg::LogIn() {
     }
 }
 
-// Only a text that is longer than its room, such as one with a path, makes the dialog grow.
 void CLoginDlg::Tell(const std::string& text) {
     m_message->setText(QString::fromStdString(text));
     m_warning->setVisible(!text.empty());
-    if (m_message->heightForWidth(m_message->width()) > m_message->height())
-        adjustSize();
 }
 
 void CLoginDlg::ShowFirstUser() {
     Tell({});
     m_firstUser->show();
-    adjustSize();
 }
 
 void CLoginDlg::WaitFor(std::int64_t seconds) {

@@ -7,9 +7,17 @@
 #include <QDialogButtonBox>
 #include <QVBoxLayout>
 
+namespace {
+
+constexpr int COLUMNS = 44; // room for a tag's name, and for the title
+
+} // namespace
+
 CSelectTagDlg::CSelectTagDlg(QWidget* parent, const std::string& tag)
     : QDialog(parent), m_combo(new QComboBox(this)), m_tag(tag) {
     setWindowTitle(QStringLiteral("Select trigger tag"));
+    m_combo->setAccessibleName(QStringLiteral("Tag"));
+    m_combo->setMinimumWidth(COLUMNS * fontMetrics().averageCharWidth());
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(m_combo);
     layout->addWidget(NewOkCancel(*this));
