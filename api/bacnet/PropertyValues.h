@@ -2,8 +2,8 @@
 // there. CPropertyValue::CreateValue makes them.
 #pragma once
 
+#include "api/bacnet/MoreRecords.h"
 #include "api/bacnet/PropertyValue.h"
-#include "api/bacnet/Records.h"
 
 #include <cstdint>
 #include <memory>
@@ -181,8 +181,8 @@ private:
     std::optional<std::vector<unsigned char>> m_raw;
 };
 
-// A value whose record refers to lists or to values of any type. Those are values of their own, the parts, in the order
-// of the type's table; what the record says about them (counts, offsets) holds only while it is written.
+// A value whose record refers to lists, strings or values of any type. Those are values of their own, the parts, in the
+// order of the type's table; what the record says about them (counts, offsets) holds only while it is written.
 class BCN_API CPVStructure : public CPVElement {
 public:
     CPVStructure(const CPVStructure& other);
@@ -203,7 +203,7 @@ protected:
 
 private:
     BACSTAC_DATA_TYPE m_type;
-    std::vector<std::unique_ptr<CPropertyValue>> m_parts; // lists and any-values
+    std::vector<std::unique_ptr<CPropertyValue>> m_parts; // lists, strings and any-values
 };
 
 template <typename Type, BACSTAC_DATA_TYPE Number>
@@ -294,22 +294,32 @@ public:
     CPropertyValue* Clone() const override { return new CPVEPChangeOfCharacterString(*this); }
 };
 
-// Event parameters of any event type: the type, and the value of its parameters.
-class BCN_API CPVEventParameter : public CPVElement {
+// A constructed type that no form edits, whatever its table says: its record, and the parts. Also of parts of types.
+class BCN_API CPVConstructed : public CPVStructure {
 public:
-    CPVEventParameter() { SetEventType(0); }
-    CPVEventParameter(const CPVEventParameter& other);
-    CPVEventParameter& operator=(const CPVEventParameter& other) = delete; // Assign
+    explicit CPVConstructed(BACSTAC_DATA_TYPE type);
+    CPVConstructed(const CPVConstructed& other);
 
-    void Assign(const CPVEventParameter& other);
-    unsigned GetEventType() const { return m_eventType; }
-    void SetEventType(unsigned type); // the parameters become new ones of that type
-    // Of data type 1000 + GetEventType; null for event types without such a type. Parameters that came with them are
-    // kept as octets then, and go out again.
+    CPropertyValue* Clone() const override { return new CPVConstructed(*this); }
+    void* GetDataPtr() override { return m_record.data(); }
+
+protected:
+    const void* Record() const override { return m_record.data(); }
+
+private:
+    std::vector<unsigned char> m_record;
+};
+
+// A number, and the value of the parameters that go with it.
+class BCN_API CPVVariant : public CPVElement {
+public:
+    CPVVariant& operator=(const CPVVariant& other) = delete; // Assign
+
+    void Assign(const CPVVariant& other);
+    // Null for numbers without a data type of parameters. Parameters that came with them are kept as octets then, and
+    // go out again.
     CPropertyValue* GetParameters() const { return m_parameters.get(); }
 
-    CPropertyValue* Clone() const override { return new CPVEventParameter(*this); }
-    BACSTAC_DATA_TYPE GetDataType() const override { return TYPE_EVENT_PARAMETER; }
     void* GetDataPtr() override { return nullptr; }
     bool Load(const bacnet::BufferView& buffer, const unsigned char* element) override;
     bool Store(bacnet::Sink& sink) const override;
@@ -317,13 +327,40 @@ public:
     unsigned ReferredSize() const override;
 
 protected:
+    explicit CPVVariant(BACSTAC_DATA_TYPE type);
+    CPVVariant(const CPVVariant& other);
+    unsigned GetNumber() const { return m_number; }
+    void SetNumber(unsigned number); // the parameters become new ones of that type
     void OnPropId() override;
 
 private:
-    unsigned m_eventType = 0;
+    std::unique_ptr<CPropertyValue> NewParameters(unsigned number) const;
+
+    const bacnet::TypeInfo* m_type;
+    unsigned m_number = 0;
     std::unique_ptr<CPropertyValue> m_parameters;
     BACSTAC_DATA_TYPE m_rawType = TYPE_NONE; // TYPE_RAW or TYPE_NULL while there is no value
     std::vector<unsigned char> m_raw;
+};
+
+// Event parameters of any event type; they have data type 1000 + GetEventType.
+class BCN_API CPVEventParameter : public CPVVariant {
+public:
+    CPVEventParameter() : CPVVariant(TYPE_EVENT_PARAMETER) {}
+    unsigned GetEventType() const { return GetNumber(); }
+    void SetEventType(unsigned type) { SetNumber(type); }
+    CPropertyValue* Clone() const override { return new CPVEventParameter(*this); }
+    BACSTAC_DATA_TYPE GetDataType() const override { return TYPE_EVENT_PARAMETER; }
+};
+
+// Fault parameters of any fault type; they have data type 1200 + GetFaultType.
+class BCN_API CPVFaultParameter : public CPVVariant {
+public:
+    CPVFaultParameter() : CPVVariant(TYPE_FAULT_PARAMETER) {}
+    unsigned GetFaultType() const { return GetNumber(); }
+    void SetFaultType(unsigned type) { SetNumber(type); }
+    CPropertyValue* Clone() const override { return new CPVFaultParameter(*this); }
+    BACSTAC_DATA_TYPE GetDataType() const override { return TYPE_FAULT_PARAMETER; }
 };
 
 // One day of a weekly schedule: a list of CPVTimeValue that is an element of data type 29. One action list likewise.

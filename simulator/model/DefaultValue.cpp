@@ -21,10 +21,19 @@ using bacnet::Writer;
 
 constexpr BACSTAC_DATE FIRST_OF_MAY{2026, 0, 5, 1, 5};
 constexpr BACSTAC_TIME EIGHT{8, 0, 0, 0};
-constexpr unsigned EVENT_PARAMETER_FORMS = 19; // numbers up to change-of-status-flags, with gaps
 constexpr float REAL_DEFAULT = 20.0F;
+constexpr std::uint8_t AN_ADDRESS[] = {10, 0, 0, 1, 0xBA, 0xC0};
 
 void PutElement(Writer& to, const TypeInfo& type, int tag, unsigned which);
+
+// Numbers up to the last that has a form, gaps among them.
+unsigned FormsOf(const TypeInfo& variant) {
+    constexpr unsigned MOST_FORMS = 30;
+    unsigned forms = MOST_FORMS;
+    while (bacnet::FindAlternative(variant, forms - 1) == nullptr)
+        --forms;
+    return forms;
+}
 
 void PutPrimitive(Writer& to, BACSTAC_DATA_TYPE type, int tag) {
     constexpr std::uint8_t ANY_WEEK_N_DAY[] = {255, 255, 1}; // every Monday
@@ -43,7 +52,7 @@ void PutPrimitive(Writer& to, BACSTAC_DATA_TYPE type, int tag) {
     case TYPE_DOUBLE:
         return to.Double(REAL_DEFAULT, tag);
     case TYPE_OCTET_STRING:
-        return to.OctetString({}, tag);
+        return to.OctetString(AN_ADDRESS, tag);
     case TYPE_RAW_STRING:
     case TYPE_STRING:
         return to.CharacterString("text", tag);
@@ -72,15 +81,18 @@ void PutMember(Writer& to, const Member& member, unsigned which) {
     switch (member.Form) {
     case MemberForm::value:
         return PutElement(to, type, member.Context, which);
-    case MemberForm::text:
-        return to.CharacterString("text", member.Context);
+    case MemberForm::string:
+        return PutPrimitive(to, member.Type, member.Context);
     case MemberForm::any:
+    case MemberForm::values:
         if (member.Context < 0)
             return to.Real(REAL_DEFAULT);
         to.Opening(tag);
         to.Real(REAL_DEFAULT);
         return to.Closing(tag);
     case MemberForm::list:
+        if (member.Context < 0)
+            return PutElement(to, type, APPLICATION, which);
         to.Opening(tag);
         PutElement(to, type, APPLICATION, which);
         return to.Closing(tag);
@@ -97,8 +109,8 @@ void PutBody(Writer& to, const TypeInfo& type, unsigned which) {
         // Within an alternative its first own alternative will do.
         return PutMember(to, type.Members[which % type.Members.size()], 1);
     case TypeKind::variant: {
-        const unsigned number = which % EVENT_PARAMETER_FORMS;
-        const TypeInfo* inner = bacnet::FindType(type.VariantBase + static_cast<int>(number));
+        const unsigned number = which % FormsOf(type);
+        const TypeInfo* inner = bacnet::FindAlternative(type, number);
         // A number without a form is "none", a null.
         return inner == nullptr ? to.Null(static_cast<int>(number))
                                 : PutElement(to, *inner, static_cast<int>(number), 1);
@@ -187,7 +199,7 @@ unsigned Alternatives(BACSTAC_DATA_TYPE type) {
     case TypeKind::choice:
         return static_cast<unsigned>(info->Members.size());
     case TypeKind::variant:
-        return EVENT_PARAMETER_FORMS;
+        return FormsOf(*info);
     default:
         return 1;
     }

@@ -71,7 +71,8 @@ bool IsNext(const Reader& in, const Member& member) {
     if (!in.PeekTag(tag))
         return false;
     if (member.Context < 0)
-        return tag.Kind == TagKind::application && tag.Number == bacnet::FindType(member.Type)->Tag;
+        return tag.Kind == TagKind::application &&
+               (member.Type == TYPE_ANY || tag.Number == bacnet::FindType(member.Type)->Tag);
     const bool enclosed = member.Form == MemberForm::list || member.Form == MemberForm::any ||
                           (member.Form == MemberForm::value && !bacnet::IsPrimitiveType(member.Type));
     return tag.Number == member.Context && tag.Kind == (enclosed ? TagKind::opening : TagKind::context);
@@ -85,11 +86,18 @@ bool OneMember(Reader& in, const Member& member) {
     switch (member.Form) {
     case MemberForm::value:
         return OneElement(in, type, member.Context);
-    case MemberForm::text:
-        return in.CharacterString(ignored, member.Context);
+    case MemberForm::values:
+        while (IsNext(in, member))
+            if (!in.Skip())
+                return false;
+        return in.Ok();
+    case MemberForm::string:
+        return OnePrimitive(in, member.Type, member.Context);
     case MemberForm::any:
         return member.Context < 0 ? in.Skip() : in.Enclosed(static_cast<unsigned>(member.Context), ignored);
     case MemberForm::list:
+        if (member.Context < 0)
+            return in.Fail(DecodeError::unexpected); // of notifications, which are nobody's property
         return in.Enclosed(static_cast<unsigned>(member.Context), ignored) &&
                (SplitElements(ignored, member.Type) || in.Fail(DecodeError::unexpected));
     }
@@ -114,7 +122,7 @@ bool OneVariant(Reader& in, const TypeInfo& type) {
         return in.Null(tag.Number);
     if (tag.Kind != TagKind::opening)
         return in.Fail(DecodeError::unexpected);
-    const TypeInfo* inner = bacnet::FindType(type.VariantBase + tag.Number);
+    const TypeInfo* inner = bacnet::FindAlternative(type, tag.Number);
     return inner == nullptr ? in.Skip() : OneElement(in, *inner, tag.Number);
 }
 

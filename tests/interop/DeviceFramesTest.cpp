@@ -241,12 +241,7 @@ protected:
         // Lists of constructed elements without any: the decoder wants to see the first one.
         if (EMPTY.count(property) != 0)
             return true;
-        // Types without records here, of which the museum has octets that mean nothing: calls and colors.
-        if ((type == "59" && property == "447") || type == "63")
-            return true;
-        // Event parameters of alternatives that the standard does not have, or the schema does not know.
-        const std::string instance = frame.First("bacapp.instance_number");
-        return type == "9" && property == "83" && (instance == "106" || instance == "112" || instance == "113");
+        return false;
     }
 };
 

@@ -166,7 +166,7 @@ void ValueGenerator::Body(const TypeInfo& type) {
         break;
     case TypeKind::variant: {
         const std::uint32_t number = Pick(30);
-        const TypeInfo* inner = FindType(type.VariantBase + static_cast<BACSTAC_DATA_TYPE>(number));
+        const TypeInfo* inner = FindAlternative(type, number);
         if (inner != nullptr) {
             Element(*inner, static_cast<int>(number));
         } else {
@@ -198,8 +198,12 @@ void ValueGenerator::Write(const Member& member) {
     switch (member.Form) {
     case MemberForm::value:
         return Element(type, member.Context);
-    case MemberForm::text:
-        return Primitive(TYPE_STRING, member.Context);
+    case MemberForm::string:
+        return Primitive(member.Type, member.Context);
+    case MemberForm::values:
+        for (std::uint32_t i = Pick(3); i > 0; --i)
+            Primitive(PrimitiveType(), APPLICATION);
+        return;
     case MemberForm::any:
         if (member.Context < 0)
             return Primitive(PrimitiveType(), APPLICATION);
@@ -209,10 +213,12 @@ void ValueGenerator::Write(const Member& member) {
         Closing(static_cast<unsigned>(member.Context));
         return;
     case MemberForm::list:
-        Opening(static_cast<unsigned>(member.Context));
+        if (member.Context >= 0)
+            Opening(static_cast<unsigned>(member.Context));
         for (std::uint32_t i = Pick(5); i > 0; --i)
             Element(type, APPLICATION);
-        Closing(static_cast<unsigned>(member.Context));
+        if (member.Context >= 0)
+            Closing(static_cast<unsigned>(member.Context));
         return;
     }
 }

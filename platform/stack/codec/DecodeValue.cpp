@@ -100,11 +100,11 @@ BACSTAC_DATA_TYPE TypeOfTag(const Tag& tag) {
 }
 
 // Appends one string of either kind behind the elements before it.
-bool AppendString(Reader& in, BACSTAC_DATA_TYPE type, Sink& sink) {
+bool AppendString(Reader& in, BACSTAC_DATA_TYPE type, Sink& sink, int tag = APPLICATION) {
     std::span<const std::uint8_t> octets;
     const std::span<std::uint8_t> gap = sink.Gap();
     if (type == TYPE_STRING) {
-        if (!in.CharacterString(octets))
+        if (!in.CharacterString(octets, tag))
             return false;
         const std::size_t length = DecodeText(octets, reinterpret_cast<char*>(gap.data()), gap.size());
         if (length >= gap.size())
@@ -112,7 +112,7 @@ bool AppendString(Reader& in, BACSTAC_DATA_TYPE type, Sink& sink) {
         sink.Take(static_cast<std::uint32_t>(length + 1));
         return true;
     }
-    if (!in.OctetString(octets))
+    if (!in.OctetString(octets, tag))
         return false;
     const std::size_t size = sizeof(std::uint32_t) + (octets.size() + 3) / 4 * 4;
     std::uint8_t* to = size > gap.size() ? sink.Refuse() : sink.Append(static_cast<std::uint32_t>(size));
@@ -134,6 +134,20 @@ bool DecodeRaw(std::span<const std::uint8_t> octets, BACSTAC_ANY_VALUE& value, S
         return false;
     std::memcpy(to, octets.data(), size);
     return true;
+}
+
+// A date with a time is the one value of two primitives that stands where primitives do.
+bool DecodeDateTime(std::span<const std::uint8_t> octets, BACSTAC_ANY_VALUE& value, Sink& sink, bool& isOne) {
+    Reader in(octets);
+    BACSTAC_DATE_TIME dateTime{};
+    isOne = in.Date(dateTime.Date) && in.Time(dateTime.Time) && in.AtEnd();
+    if (!isOne)
+        return true;
+    value = {TYPE_DATE_TIME, 0, sizeof(dateTime), 1};
+    std::uint8_t* to = sink.Behind(sizeof(dateTime), 8, value.Offset);
+    if (to != nullptr)
+        Store(to, dateTime);
+    return to != nullptr;
 }
 
 // What stands for a value of any type: primitives of one type are decoded, all else stays as it is.
@@ -161,7 +175,9 @@ bool DecodeAny(std::span<const std::uint8_t> octets, BACSTAC_ANY_VALUE& value, S
         return false;
     if (!in.Ok()) {
         sink.GoBack(mark);
-        return DecodeRaw(octets, value, sink);
+        bool isDateTime = false;
+        const bool stored = type == TYPE_DATE && DecodeDateTime(octets, value, sink, isDateTime);
+        return isDateTime ? stored : DecodeRaw(octets, value, sink);
     }
     value = {type, 0, sink.Low() - mark.Low, count};
     return sink.MoveBehind(mark, value.Offset);
@@ -181,7 +197,7 @@ public:
         return m_in.Open(number) && Body(type, to) && m_in.Close(number);
     }
 
-    // Elements one behind the other, up to the end or to closing tag number closing.
+    // Elements one behind the other, up to the end or to closing tag number closing, or UNTIL_CLOSING.
     bool Run(const TypeInfo& type, int closing, std::uint32_t& count) {
         count = 0;
         while (!AtEndOf(closing)) {
@@ -209,7 +225,12 @@ public:
     }
 
 private:
+    static constexpr int UNTIL_CLOSING = -2; // whatever its number
+
     bool AtEndOf(int closing) const {
+        Tag tag;
+        if (closing == UNTIL_CLOSING)
+            return m_in.AtEnd() || (m_in.PeekTag(tag) && tag.Kind == TagKind::closing);
         return closing < 0 ? m_in.AtEnd() : m_in.IsClosing(static_cast<unsigned>(closing));
     }
 
@@ -240,7 +261,8 @@ private:
 
     bool IsNext(const Tag& tag, const Member& member) const {
         if (member.Context < 0)
-            return tag.Kind == TagKind::application && tag.Number == FindType(member.Type)->Tag;
+            return tag.Kind == TagKind::application &&
+                   (member.Type == TYPE_ANY || tag.Number == FindType(member.Type)->Tag);
         return tag.Number == member.Context && tag.Kind == (IsBracketed(member) ? TagKind::opening : TagKind::context);
     }
 
@@ -265,8 +287,10 @@ private:
             return ListOf(member, to);
         case MemberForm::any:
             return AnyOf(member, to);
-        case MemberForm::text:
-            return TextOf(member, to);
+        case MemberForm::values:
+            return ValuesOf(to);
+        case MemberForm::string:
+            return StringOf(member, to);
         }
         return false;
     }
@@ -274,9 +298,12 @@ private:
     bool ListOf(const Member& member, std::uint8_t* to) {
         const Sink::Mark mark = m_sink.Position();
         BACSTAC_LIST list{};
-        if (!m_in.Open(static_cast<unsigned>(member.Context)) ||
-            !Run(*FindType(member.Type), member.Context, list.Count) ||
-            !m_in.Close(static_cast<unsigned>(member.Context)) || !m_sink.MoveBehind(mark, list.Offset))
+        const TypeInfo& type = *FindType(member.Type);
+        const auto number = static_cast<unsigned>(member.Context);
+        const bool whole = member.Context < 0
+                               ? Run(type, UNTIL_CLOSING, list.Count)
+                               : m_in.Open(number) && Run(type, member.Context, list.Count) && m_in.Close(number);
+        if (!whole || !m_sink.MoveBehind(mark, list.Offset))
             return false;
         Store(to, list);
         return true;
@@ -302,18 +329,25 @@ private:
         return true;
     }
 
-    bool TextOf(const Member& member, std::uint8_t* to) {
-        std::span<const std::uint8_t> octets;
-        if (!m_in.CharacterString(octets, member.Context))
+    bool ValuesOf(std::uint8_t* to) {
+        const std::size_t start = m_in.Offset();
+        Tag tag;
+        while (m_in.PeekTag(tag) && tag.Kind == TagKind::application) {
+            if (!m_in.Skip())
+                return false;
+        }
+        BACSTAC_ANY_VALUE value{TYPE_NONE, 0, 0, 0};
+        const std::span<const std::uint8_t> octets = m_in.Since(start);
+        if (!octets.empty() && !DecodeAny(octets, value, m_sink))
             return false;
-        const std::span<std::uint8_t> gap = m_sink.Gap();
-        const std::size_t length = DecodeText(octets, reinterpret_cast<char*>(gap.data()), gap.size());
-        if (length >= gap.size())
-            return m_sink.Refuse() != nullptr;
+        Store(to, value);
+        return true;
+    }
+
+    bool StringOf(const Member& member, std::uint8_t* to) {
         const Sink::Mark mark = m_sink.Position();
-        m_sink.Take(static_cast<std::uint32_t>(length + 1));
         std::uint32_t offset = 0;
-        if (!m_sink.MoveBehind(mark, offset))
+        if (!AppendString(m_in, member.Type, m_sink, member.Context) || !m_sink.MoveBehind(mark, offset))
             return false;
         Store(to, offset);
         return true;
@@ -346,8 +380,7 @@ private:
             return m_in.Skip() && false;
         Store(to, std::uint32_t{tag.Number});
         BACSTAC_ANY_VALUE value{};
-        const BACSTAC_DATA_TYPE number = type.VariantBase + tag.Number;
-        const TypeInfo* inner = FindType(number);
+        const TypeInfo* inner = FindAlternative(type, tag.Number);
         if (tag.Kind == TagKind::context && tag.Length == 0) {
             if (!m_in.Null(tag.Number))
                 return false;
@@ -358,7 +391,7 @@ private:
             std::uint8_t* record = m_sink.Append(inner->Size);
             if (record == nullptr || !Element(*inner, tag.Number, record))
                 return false;
-            value = {number, 0, inner->Size, 1};
+            value = {inner->Type, 0, inner->Size, 1};
             if (!m_sink.MoveBehind(mark, value.Offset))
                 return false;
         } else {

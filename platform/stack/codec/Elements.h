@@ -65,11 +65,12 @@ bool ForEachElement(const BufferView& buffer, const TypeInfo& type, std::uint64_
     return true;
 }
 
-// The text at offset; empty when it does not lie within the buffer.
-inline std::string_view TextAt(const BufferView& buffer, std::uint32_t offset) {
-    const std::size_t size = offset == 0 ? 0 : ElementSize(buffer, *FindType(TYPE_STRING), offset);
-    return size == 0 ? std::string_view{}
-                     : std::string_view(reinterpret_cast<const char*>(buffer.Base) + offset, size - 1);
+// An element of a type of strings, at the offset that a record holds; an empty one when it does not lie within the
+// buffer.
+inline const std::uint8_t* StringAt(const BufferView& buffer, BACSTAC_DATA_TYPE type, std::uint32_t offset) {
+    static constexpr std::uint8_t EMPTY[sizeof(std::uint32_t)] = {};
+    const bool held = offset != 0 && ElementSize(buffer, *FindType(type), offset) != 0;
+    return held ? buffer.Base + offset : EMPTY;
 }
 
 // Whether the optional member is there.

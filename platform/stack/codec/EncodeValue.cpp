@@ -137,6 +137,8 @@ private:
             return Element(type, member.Context, from);
         case MemberForm::list: {
             const auto list = LoadAs<BACSTAC_LIST>(from);
+            if (member.Context < 0)
+                return Run(type, list.Offset, list.Count);
             m_out.Opening(number);
             encoded = Run(type, list.Offset, list.Count);
             m_out.Closing(number);
@@ -149,9 +151,10 @@ private:
             encoded = Any(LoadAs<BACSTAC_ANY_VALUE>(from));
             m_out.Closing(number);
             return encoded;
-        case MemberForm::text:
-            m_out.CharacterString(TextAt(m_buffer, LoadAs<std::uint32_t>(from)), member.Context);
-            return true;
+        case MemberForm::values:
+            return LoadAs<BACSTAC_ANY_VALUE>(from).DataType == TYPE_NONE || Any(LoadAs<BACSTAC_ANY_VALUE>(from));
+        case MemberForm::string:
+            return Primitive(member.Type, member.Context, StringAt(m_buffer, member.Type, LoadAs<std::uint32_t>(from)));
         }
         return false;
     }
@@ -173,8 +176,8 @@ private:
             m_out.Null(static_cast<int>(number));
             return true;
         }
-        const TypeInfo* inner = FindType(value.DataType);
-        if (inner != nullptr && value.DataType == type.VariantBase + static_cast<BACSTAC_DATA_TYPE>(number)) {
+        const TypeInfo* inner = FindAlternative(type, number);
+        if (inner != nullptr && value.DataType == inner->Type) {
             return m_buffer.Holds(value.Offset, inner->Size) &&
                    Element(*inner, static_cast<int>(number), m_buffer.Base + value.Offset);
         }

@@ -28,6 +28,7 @@ public:
     DecodeError Error() const { return m_error; }
     std::size_t ErrorOffset() const { return m_errorOffset; } // of the tag or octet that is wrong
     std::size_t Offset() const { return static_cast<std::size_t>(m_at - m_begin); }
+    std::span<const std::uint8_t> Since(std::size_t offset) const { return {m_begin + offset, m_at}; }
     std::size_t Remaining() const { return static_cast<std::size_t>(m_end - m_at); }
     bool AtEnd() const { return m_at == m_end; }
     std::span<const std::uint8_t> Rest() const { return {m_at, Remaining()}; }

@@ -355,6 +355,18 @@ inline constexpr const char* AUTHORIZATION_EXEMPTION[] = {
     /* 0 */ "passback", "occupancy-check", "access-rights", "lockout", "deny", "verification",
     /* 6 */ "authorization-delay",
 };
+inline constexpr const char* ACCESS_AUTHENTICATION_FACTOR_DISABLE[] = {
+    /* 0 */ "none", "disabled", "disabled-lost", "disabled-stolen", "disabled-damaged", "disabled-destroyed",
+};
+inline constexpr const char* ACCESS_RULE_TIME[] = {"specified", "always"};
+inline constexpr const char* ACCESS_RULE_LOCATION[] = {"specified", "all"};
+inline constexpr const char* ROUTER_STATUS[] = {"available", "busy", "disconnected"};
+inline constexpr const char* COLOR_OPERATION[] = {
+    /* 0 */ "none", "fade-to-color", "fade-to-cct", "ramp-to-cct", "step-up-cct", "step-down-cct", "stop",
+};
+inline constexpr const char* SECURITY_POLICY[] = {
+    /* 0 */ "plain-non-trusted", "plain-trusted", "signed-trusted", "encrypted-trusted",
+};
 // clang-format on
 
 // ---- names beyond a gap

@@ -48,7 +48,7 @@ constexpr auto Join(const PropertyInfo (&... blocks)[Counts]) {
 inline constexpr PropertyInfo COMMON[] = {
     One("object-identifier", TYPE_OBJECT_ID, R), One("object-name", TYPE_STRING, R),
     One("object-type", TYPE_ENUMERATED, R),      One("description", TYPE_STRING, O),
-    Array("property-list", TYPE_ENUMERATED, R),  Array("tags", TYPE_NONE, O),
+    Array("property-list", TYPE_ENUMERATED, R),  Array("tags", TYPE_NAME_VALUE, O),
     One("profile-location", TYPE_STRING, O),     One("profile-name", TYPE_STRING, O),
     One("audit-level", TYPE_ENUMERATED, O),      One("auditable-operations", TYPE_BIT_STRING, O),
 };
@@ -100,21 +100,15 @@ inline constexpr PropertyInfo DELAYS[] = {
 // Commanding by priority (clause 19.2), for types where it is required and where it is optional. The default has the
 // type of the present value and stands there.
 inline constexpr PropertyInfo COMMANDED[] = {
-    Array("priority-array", TYPE_ANY, R),
-    One("current-command-priority", TYPE_ANY, R),
-    One("value-source", TYPE_NONE, O),
-    Array("value-source-array", TYPE_NONE, O),
-    One("last-command-time", TYPE_TIME_STAMP, O),
-    Array("command-time-array", TYPE_TIME_STAMP, O),
+    Array("priority-array", TYPE_ANY, R),         One("current-command-priority", TYPE_ANY, R),
+    One("value-source", TYPE_VALUE_SOURCE, O),    Array("value-source-array", TYPE_VALUE_SOURCE, O),
+    One("last-command-time", TYPE_TIME_STAMP, O), Array("command-time-array", TYPE_TIME_STAMP, O),
     One("audit-priority-filter", TYPE_ANY, O),
 };
 inline constexpr PropertyInfo COMMANDABLE[] = {
-    Array("priority-array", TYPE_ANY, O),
-    One("current-command-priority", TYPE_ANY, O),
-    One("value-source", TYPE_NONE, O),
-    Array("value-source-array", TYPE_NONE, O),
-    One("last-command-time", TYPE_TIME_STAMP, O),
-    Array("command-time-array", TYPE_TIME_STAMP, O),
+    Array("priority-array", TYPE_ANY, O),         One("current-command-priority", TYPE_ANY, O),
+    One("value-source", TYPE_VALUE_SOURCE, O),    Array("value-source-array", TYPE_VALUE_SOURCE, O),
+    One("last-command-time", TYPE_TIME_STAMP, O), Array("command-time-array", TYPE_TIME_STAMP, O),
     One("audit-priority-filter", TYPE_ANY, O),
 };
 

@@ -26,7 +26,7 @@ inline constexpr PropertyInfo LIFE_SAFETY_ROWS[] = {
     One("operation-expected", TYPE_ENUMERATED, R),
     List("member-of", TYPE_DEV_OBJ_REF, O),
     One("floor-number", TYPE_UNSIGNED, O),
-    One("value-source", TYPE_NONE, O),
+    One("value-source", TYPE_VALUE_SOURCE, O),
 };
 
 inline constexpr PropertyInfo LIFE_SAFETY_POINT_ROWS[] = {
@@ -78,7 +78,7 @@ inline constexpr PropertyInfo ACCESS_CREDENTIAL_ROWS[] = {
     One("reliability-evaluation-inhibit", TYPE_BOOLEAN, O),
     One("credential-status", TYPE_ENUMERATED, R),
     List("reason-for-disable", TYPE_ENUMERATED, R),
-    Array("authentication-factors", TYPE_NONE, R),
+    Array("authentication-factors", TYPE_CREDENTIAL_FACTOR, R),
     One("activation-time", TYPE_DATE_TIME, R),
     One("expiration-time", TYPE_DATE_TIME, R),
     One("credential-disable", TYPE_ENUMERATED, R),
@@ -86,7 +86,7 @@ inline constexpr PropertyInfo ACCESS_CREDENTIAL_ROWS[] = {
     One("uses-remaining", TYPE_SIGNED, O),
     One("absentee-limit", TYPE_UNSIGNED, O),
     One("belongs-to", TYPE_DEV_OBJ_REF, O),
-    Array("assigned-access-rights", TYPE_NONE, R),
+    Array("assigned-access-rights", TYPE_ASSIGNED_ACCESS_RIGHTS, R),
     One("last-access-point", TYPE_DEV_OBJ_REF, O),
     One("last-access-event", TYPE_ENUMERATED, O),
     One("last-use-time", TYPE_DATE_TIME, O),
@@ -106,7 +106,7 @@ inline constexpr PropertyInfo ACCESS_POINT_ROWS[] = {
     One("authentication-status", TYPE_ENUMERATED, R),
     One("active-authentication-policy", TYPE_UNSIGNED, R),
     One("number-of-authentication-policies", TYPE_UNSIGNED, R),
-    Array("authentication-policy-list", TYPE_NONE, O),
+    Array("authentication-policy-list", TYPE_AUTHENTICATION_POLICY, O),
     Array("authentication-policy-names", TYPE_STRING, O),
     One("authorization-mode", TYPE_ENUMERATED, R),
     One("verification-time", TYPE_UNSIGNED, O),
@@ -125,7 +125,7 @@ inline constexpr PropertyInfo ACCESS_POINT_ROWS[] = {
     One("access-event-tag", TYPE_UNSIGNED, R),
     One("access-event-time", TYPE_TIME_STAMP, R),
     One("access-event-credential", TYPE_DEV_OBJ_REF, R),
-    One("access-event-authentication-factor", TYPE_NONE, O),
+    One("access-event-authentication-factor", TYPE_AUTHENTICATION_FACTOR, O),
     Array("access-doors", TYPE_DEV_OBJ_REF, R),
     One("priority-for-writing", TYPE_UNSIGNED, R),
     One("muster-point", TYPE_BOOLEAN, O),
@@ -138,10 +138,14 @@ inline constexpr PropertyInfo ACCESS_POINT_ROWS[] = {
 inline constexpr auto ACCESS_POINT = Join(COMMON, REPORTING, INHIBIT, ACCESS_POINT_ROWS);
 
 inline constexpr PropertyInfo ACCESS_RIGHTS_ROWS[] = {
-    One("global-identifier", TYPE_UNSIGNED, W),   One("status-flags", TYPE_BIT_STRING, R),
-    One("reliability", TYPE_ENUMERATED, R),       One("reliability-evaluation-inhibit", TYPE_BOOLEAN, O),
-    One("log-enable", TYPE_BOOLEAN, R),           Array("negative-access-rules", TYPE_NONE, R),
-    Array("positive-access-rules", TYPE_NONE, R), One("accompaniment", TYPE_DEV_OBJ_REF, O),
+    One("global-identifier", TYPE_UNSIGNED, W),
+    One("status-flags", TYPE_BIT_STRING, R),
+    One("reliability", TYPE_ENUMERATED, R),
+    One("reliability-evaluation-inhibit", TYPE_BOOLEAN, O),
+    One("log-enable", TYPE_BOOLEAN, R),
+    Array("negative-access-rules", TYPE_ACCESS_RULE, R),
+    Array("positive-access-rules", TYPE_ACCESS_RULE, R),
+    One("accompaniment", TYPE_DEV_OBJ_REF, O),
 };
 inline constexpr auto ACCESS_RIGHTS = Join(COMMON, ACCESS_RIGHTS_ROWS);
 
@@ -187,10 +191,14 @@ inline constexpr PropertyInfo ACCESS_ZONE_ROWS[] = {
 inline constexpr auto ACCESS_ZONE = Join(COMMON, REPORTING, INHIBIT, DELAYS, ACCESS_ZONE_ROWS);
 
 inline constexpr PropertyInfo CREDENTIAL_DATA_INPUT_ROWS[] = {
-    One("present-value", TYPE_NONE, R),       One("status-flags", TYPE_BIT_STRING, R),
-    One("event-state", TYPE_ENUMERATED, O),   One("reliability", TYPE_ENUMERATED, R),
-    One("out-of-service", TYPE_BOOLEAN, R),   One("reliability-evaluation-inhibit", TYPE_BOOLEAN, O),
-    Array("supported-formats", TYPE_NONE, R), Array("supported-format-classes", TYPE_UNSIGNED, O),
+    One("present-value", TYPE_AUTHENTICATION_FACTOR, R),
+    One("status-flags", TYPE_BIT_STRING, R),
+    One("event-state", TYPE_ENUMERATED, O),
+    One("reliability", TYPE_ENUMERATED, R),
+    One("out-of-service", TYPE_BOOLEAN, R),
+    One("reliability-evaluation-inhibit", TYPE_BOOLEAN, O),
+    Array("supported-formats", TYPE_FACTOR_FORMAT, R),
+    Array("supported-format-classes", TYPE_UNSIGNED, O),
     One("update-time", TYPE_TIME_STAMP, R),
 };
 inline constexpr auto CREDENTIAL_DATA_INPUT = Join(COMMON, REPORTING, CREDENTIAL_DATA_INPUT_ROWS);
@@ -214,14 +222,14 @@ inline constexpr PropertyInfo LOAD_CONTROL_ROWS[] = {
     One("actual-shed-level", TYPE_SHED_LEVEL, R),
     Array("shed-levels", TYPE_UNSIGNED, W),
     Array("shed-level-descriptions", TYPE_STRING, R),
-    One("value-source", TYPE_NONE, O),
+    One("value-source", TYPE_VALUE_SOURCE, O),
 };
 inline constexpr auto LOAD_CONTROL = Join(COMMON, REPORTING, INHIBIT, DELAYS, LOAD_CONTROL_ROWS);
 
 inline constexpr PropertyInfo STAGING_ROWS[] = {
     One("present-value", TYPE_REAL, W),
     One("present-stage", TYPE_UNSIGNED, R),
-    Array("stages", TYPE_NONE, R),
+    Array("stages", TYPE_STAGE_LIMIT, R),
     Array("stage-names", TYPE_STRING, O),
     One("status-flags", TYPE_BIT_STRING, R),
     One("event-state", TYPE_ENUMERATED, R),
@@ -235,7 +243,7 @@ inline constexpr PropertyInfo STAGING_ROWS[] = {
     One("min-pres-value", TYPE_REAL, R),
     One("max-pres-value", TYPE_REAL, R),
     One("cov-increment", TYPE_REAL, O),
-    One("value-source", TYPE_NONE, O),
+    One("value-source", TYPE_VALUE_SOURCE, O),
 };
 inline constexpr auto STAGING = Join(COMMON, REPORTING, STAGING_ROWS);
 
@@ -255,7 +263,7 @@ inline constexpr PropertyInfo CHANNEL_ROWS[] = {
     One("allow-group-delay-inhibit", TYPE_BOOLEAN, O),
     One("channel-number", TYPE_UNSIGNED, W),
     Array("control-groups", TYPE_UNSIGNED, W),
-    One("value-source", TYPE_NONE, O),
+    One("value-source", TYPE_VALUE_SOURCE, O),
     One("audit-priority-filter", TYPE_ANY, O),
 };
 inline constexpr auto CHANNEL = Join(COMMON, REPORTING, CHANNEL_ROWS);
@@ -268,16 +276,26 @@ inline constexpr PropertyInfo LIGHTS[] = {
 };
 
 inline constexpr PropertyInfo LIGHTING_OUTPUT_ROWS[] = {
-    One("present-value", TYPE_REAL, W),          One("tracking-value", TYPE_REAL, R),
-    One("lighting-command", TYPE_NONE, W),       One("in-progress", TYPE_ENUMERATED, R),
-    One("default-fade-time", TYPE_UNSIGNED, R),  One("default-ramp-rate", TYPE_REAL, R),
-    One("default-step-increment", TYPE_REAL, R), One("transition", TYPE_ENUMERATED, O),
-    One("feedback-value", TYPE_REAL, O),         One("relinquish-default", TYPE_REAL, R),
-    One("instantaneous-power", TYPE_REAL, O),    One("min-actual-value", TYPE_REAL, O),
-    One("max-actual-value", TYPE_REAL, O),       One("lighting-command-default-priority", TYPE_UNSIGNED, R),
-    One("cov-increment", TYPE_REAL, O),          One("color-override", TYPE_BOOLEAN, O),
-    One("color-reference", TYPE_OBJECT_ID, O),   One("override-color-reference", TYPE_OBJECT_ID, O),
-    One("high-end-trim", TYPE_REAL, O),          One("low-end-trim", TYPE_REAL, O),
+    One("present-value", TYPE_REAL, W),
+    One("tracking-value", TYPE_REAL, R),
+    One("lighting-command", TYPE_LIGHTING_COMMAND, W),
+    One("in-progress", TYPE_ENUMERATED, R),
+    One("default-fade-time", TYPE_UNSIGNED, R),
+    One("default-ramp-rate", TYPE_REAL, R),
+    One("default-step-increment", TYPE_REAL, R),
+    One("transition", TYPE_ENUMERATED, O),
+    One("feedback-value", TYPE_REAL, O),
+    One("relinquish-default", TYPE_REAL, R),
+    One("instantaneous-power", TYPE_REAL, O),
+    One("min-actual-value", TYPE_REAL, O),
+    One("max-actual-value", TYPE_REAL, O),
+    One("lighting-command-default-priority", TYPE_UNSIGNED, R),
+    One("cov-increment", TYPE_REAL, O),
+    One("color-override", TYPE_BOOLEAN, O),
+    One("color-reference", TYPE_OBJECT_ID, O),
+    One("override-color-reference", TYPE_OBJECT_ID, O),
+    One("high-end-trim", TYPE_REAL, O),
+    One("low-end-trim", TYPE_REAL, O),
     One("trim-fade-time", TYPE_UNSIGNED, O),
 };
 inline constexpr auto LIGHTING_OUTPUT = Join(COMMON, LIGHTS, COMMANDED, LIGHTING_OUTPUT_ROWS);
@@ -296,23 +314,23 @@ inline constexpr PropertyInfo BINARY_LIGHTING_OUTPUT_ROWS[] = {
 inline constexpr auto BINARY_LIGHTING_OUTPUT = Join(COMMON, REPORTING, LIGHTS, COMMANDED, BINARY_LIGHTING_OUTPUT_ROWS);
 
 inline constexpr PropertyInfo COLOR_ROWS[] = {
-    One("present-value", TYPE_NONE, W),
-    One("tracking-value", TYPE_NONE, R),
-    One("color-command", TYPE_NONE, W),
+    One("present-value", TYPE_XY_COLOR, W),
+    One("tracking-value", TYPE_XY_COLOR, R),
+    One("color-command", TYPE_COLOR_COMMAND, W),
     One("in-progress", TYPE_ENUMERATED, R),
-    One("default-color", TYPE_NONE, R),
+    One("default-color", TYPE_XY_COLOR, R),
     One("default-fade-time", TYPE_UNSIGNED, R),
     One("transition", TYPE_ENUMERATED, O),
     One("reliability", TYPE_ENUMERATED, O),
     One("reliability-evaluation-inhibit", TYPE_BOOLEAN, O),
-    One("value-source", TYPE_NONE, O),
+    One("value-source", TYPE_VALUE_SOURCE, O),
 };
 inline constexpr auto COLOR = Join(COMMON, COLOR_ROWS);
 
 inline constexpr PropertyInfo COLOR_TEMPERATURE_ROWS[] = {
     One("present-value", TYPE_UNSIGNED, W),
     One("tracking-value", TYPE_UNSIGNED, R),
-    One("color-command", TYPE_NONE, W),
+    One("color-command", TYPE_COLOR_COMMAND, W),
     One("in-progress", TYPE_ENUMERATED, R),
     One("default-color-temperature", TYPE_UNSIGNED, R),
     One("default-fade-time", TYPE_UNSIGNED, R),
@@ -323,16 +341,16 @@ inline constexpr PropertyInfo COLOR_TEMPERATURE_ROWS[] = {
     One("max-pres-value", TYPE_UNSIGNED, O),
     One("reliability", TYPE_ENUMERATED, O),
     One("reliability-evaluation-inhibit", TYPE_BOOLEAN, O),
-    One("value-source", TYPE_NONE, O),
+    One("value-source", TYPE_VALUE_SOURCE, O),
 };
 inline constexpr auto COLOR_TEMPERATURE = Join(COMMON, COLOR_TEMPERATURE_ROWS);
 
 // ---- lifts and escalators
 
 inline constexpr PropertyInfo ELEVATOR_GROUP_ROWS[] = {
-    One("machine-room-id", TYPE_OBJECT_ID, R), One("group-id", TYPE_UNSIGNED, R),
-    Array("group-members", TYPE_OBJECT_ID, R), One("group-mode", TYPE_ENUMERATED, O),
-    List("landing-calls", TYPE_NONE, O),       One("landing-call-control", TYPE_NONE, O),
+    One("machine-room-id", TYPE_OBJECT_ID, R),          One("group-id", TYPE_UNSIGNED, R),
+    Array("group-members", TYPE_OBJECT_ID, R),          One("group-mode", TYPE_ENUMERATED, O),
+    List("landing-calls", TYPE_LANDING_CALL_STATUS, O), One("landing-call-control", TYPE_LANDING_CALL_STATUS, O),
 };
 inline constexpr auto ELEVATOR_GROUP = Join(COMMON, ELEVATOR_GROUP_ROWS);
 
@@ -361,9 +379,9 @@ inline constexpr auto ESCALATOR = Join(COMMON, REPORTING, INHIBIT, DELAYS, CONVE
 inline constexpr PropertyInfo LIFT_ROWS[] = {
     Array("floor-text", TYPE_STRING, O),
     Array("car-door-text", TYPE_STRING, O),
-    Array("assigned-landing-calls", TYPE_NONE, O),
+    Array("assigned-landing-calls", TYPE_ASSIGNED_LANDING_CALLS, O),
     Array("making-car-call", TYPE_UNSIGNED, O),
-    Array("registered-car-call", TYPE_NONE, O),
+    Array("registered-car-call", TYPE_LIFT_CAR_CALL_LIST, O),
     One("car-position", TYPE_UNSIGNED, R),
     One("car-moving-direction", TYPE_ENUMERATED, R),
     One("car-assigned-direction", TYPE_ENUMERATED, O),
@@ -376,7 +394,7 @@ inline constexpr PropertyInfo LIFT_ROWS[] = {
     One("next-stopping-floor", TYPE_UNSIGNED, O),
     One("car-drive-status", TYPE_ENUMERATED, O),
     List("fault-signals", TYPE_ENUMERATED, R),
-    Array("landing-door-status", TYPE_NONE, O),
+    Array("landing-door-status", TYPE_LANDING_DOOR_STATUS, O),
     One("higher-deck", TYPE_OBJECT_ID, O),
     One("lower-deck", TYPE_OBJECT_ID, O),
 };

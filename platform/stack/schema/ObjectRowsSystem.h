@@ -26,8 +26,8 @@ inline constexpr PropertyInfo DEVICE_ROWS[] = {
     One("segmentation-supported", TYPE_ENUMERATED, R),
     One("max-segments-accepted", TYPE_UNSIGNED, O),
     List("vt-classes-supported", TYPE_ENUMERATED, O),
-    List("active-vt-sessions", TYPE_NONE, O),
-    List("list-of-session-keys", TYPE_NONE, O),
+    List("active-vt-sessions", TYPE_VT_SESSION, O),
+    List("list-of-session-keys", TYPE_SESSION_KEY, O),
     One("local-time", TYPE_TIME, O),
     One("local-date", TYPE_DATE, O),
     One("utc-offset", TYPE_SIGNED, O),
@@ -52,7 +52,7 @@ inline constexpr PropertyInfo DEVICE_ROWS[] = {
     One("restore-completion-time", TYPE_UNSIGNED, O),
     One("backup-and-restore-state", TYPE_ENUMERATED, O),
     List("active-cov-subscriptions", TYPE_COV_SUBSCRIPTION, O),
-    List("active-cov-multiple-subscriptions", TYPE_NONE, O),
+    List("active-cov-multiple-subscriptions", TYPE_COV_MULTIPLE_SUBSCRIPTION, O),
     Array("slave-proxy-enable", TYPE_BOOLEAN, O),
     List("manual-slave-address-binding", TYPE_ADDRESS_BINDING, O),
     Array("auto-slave-discovery", TYPE_BOOLEAN, O),
@@ -98,11 +98,11 @@ inline constexpr PropertyInfo NETWORK_PORT_ROWS[] = {
     One("ip-dhcp-lease-time-remaining", TYPE_UNSIGNED, O),
     One("ip-dhcp-server", TYPE_OCTET_STRING, O),
     One("bacnet-ip-nat-traversal", TYPE_BOOLEAN, O),
-    One("bacnet-ip-global-address", TYPE_NONE, O),
-    List("bbmd-broadcast-distribution-table", TYPE_NONE, O),
+    One("bacnet-ip-global-address", TYPE_HOST_N_PORT, O),
+    List("bbmd-broadcast-distribution-table", TYPE_BDT_ENTRY, O),
     One("bbmd-accept-fd-registrations", TYPE_BOOLEAN, O),
-    List("bbmd-foreign-device-table", TYPE_NONE, O),
-    One("fd-bbmd-address", TYPE_NONE, O),
+    List("bbmd-foreign-device-table", TYPE_FDT_ENTRY, O),
+    One("fd-bbmd-address", TYPE_HOST_N_PORT, O),
     One("fd-subscription-lifetime", TYPE_UNSIGNED, O),
     One("bacnet-ipv6-mode", TYPE_ENUMERATED, O),
     One("ipv6-address", TYPE_OCTET_STRING, O),
@@ -122,18 +122,18 @@ inline constexpr PropertyInfo NETWORK_PORT_ROWS[] = {
     List("manual-slave-address-binding", TYPE_ADDRESS_BINDING, O),
     One("auto-slave-discovery", TYPE_BOOLEAN, O),
     List("slave-address-binding", TYPE_ADDRESS_BINDING, O),
-    List("virtual-mac-address-table", TYPE_NONE, O),
-    List("routing-table", TYPE_NONE, O),
+    List("virtual-mac-address-table", TYPE_VMAC_ENTRY, O),
+    List("routing-table", TYPE_ROUTER_ENTRY, O),
 };
 inline constexpr auto NETWORK_PORT = Join(COMMON, REPORTING, NETWORK_PORT_ROWS);
 
 inline constexpr PropertyInfo NETWORK_SECURITY_ROWS[] = {
     One("base-device-security-policy", TYPE_ENUMERATED, R),
-    Array("network-access-security-policies", TYPE_NONE, R),
+    Array("network-access-security-policies", TYPE_SECURITY_POLICY, R),
     One("security-time-window", TYPE_UNSIGNED, R),
     One("packet-reorder-time", TYPE_UNSIGNED, R),
     One("distribution-key-revision", TYPE_UNSIGNED, R),
-    Array("key-sets", TYPE_NONE, R),
+    Array("key-sets", TYPE_SECURITY_KEY_SET, R),
     One("last-key-server", TYPE_ADDRESS_BINDING, R),
     One("security-pdu-timeout", TYPE_UNSIGNED, R),
     One("update-key-set-timeout", TYPE_UNSIGNED, R),
@@ -161,7 +161,7 @@ inline constexpr PropertyInfo EVENT_ENROLLMENT_ROWS[] = {
     One("status-flags", TYPE_BIT_STRING, R),
     One("reliability", TYPE_ENUMERATED, R),
     One("fault-type", TYPE_ENUMERATED, O),
-    One("fault-parameters", TYPE_NONE, O),
+    One("fault-parameters", TYPE_FAULT_PARAMETER, O),
     One("reliability-evaluation-inhibit", TYPE_BOOLEAN, O),
 };
 inline constexpr auto EVENT_ENROLLMENT = Join(COMMON, INHIBIT, EVENT_ENROLLMENT_ROWS);
@@ -190,9 +190,9 @@ inline constexpr PropertyInfo NOTIFICATION_FORWARDER_ROWS[] = {
     One("reliability", TYPE_ENUMERATED, R),
     One("out-of-service", TYPE_BOOLEAN, W),
     List("recipient-list", TYPE_DESTINATION, W),
-    List("subscribed-recipients", TYPE_NONE, W),
-    One("process-identifier-filter", TYPE_NONE, W),
-    Array("port-filter", TYPE_NONE, O),
+    List("subscribed-recipients", TYPE_EVENT_SUBSCRIPTION, W),
+    One("process-identifier-filter", TYPE_PROCESS_ID_SELECTION, W),
+    Array("port-filter", TYPE_PORT_PERMISSION, O),
     One("local-forwarding-only", TYPE_BOOLEAN, R),
     One("reliability-evaluation-inhibit", TYPE_BOOLEAN, O),
 };
@@ -248,20 +248,16 @@ inline constexpr PropertyInfo EVENT_LOG_ROWS[] = {
 inline constexpr auto EVENT_LOG = Join(COMMON, LOG_STATUS, REPORTING, INHIBIT, LOG_ROWS, EVENT_LOG_ROWS);
 
 inline constexpr PropertyInfo AUDIT_LOG_ROWS[] = {
-    One("log-enable", TYPE_BOOLEAN, W),
-    One("buffer-size", TYPE_UNSIGNED, R),
-    List("log-buffer", TYPE_NONE, R),
-    One("record-count", TYPE_UNSIGNED, W),
-    One("total-record-count", TYPE_UNSIGNED, R),
-    One("member-of", TYPE_DEV_OBJ_REF, O),
-    One("delete-on-forward", TYPE_BOOLEAN, O),
-    One("issue-confirmed-notifications", TYPE_BOOLEAN, O),
+    One("log-enable", TYPE_BOOLEAN, W),           One("buffer-size", TYPE_UNSIGNED, R),
+    List("log-buffer", TYPE_AUDIT_LOG_RECORD, R), One("record-count", TYPE_UNSIGNED, W),
+    One("total-record-count", TYPE_UNSIGNED, R),  One("member-of", TYPE_DEV_OBJ_REF, O),
+    One("delete-on-forward", TYPE_BOOLEAN, O),    One("issue-confirmed-notifications", TYPE_BOOLEAN, O),
 };
 inline constexpr auto AUDIT_LOG = Join(COMMON, LOG_STATUS, REPORTING, AUDIT_LOG_ROWS);
 
 inline constexpr PropertyInfo AUDIT_REPORTER_ROWS[] = {
     One("audit-source-reporter", TYPE_BOOLEAN, R),         One("audit-priority-filter", TYPE_BIT_STRING, R),
-    One("issue-confirmed-notifications", TYPE_BOOLEAN, R), Array("monitored-objects", TYPE_NONE, O),
+    One("issue-confirmed-notifications", TYPE_BOOLEAN, R), Array("monitored-objects", TYPE_OBJECT_SELECTOR, O),
     One("maximum-send-delay", TYPE_UNSIGNED, O),           One("send-now", TYPE_BOOLEAN, O),
 };
 inline constexpr auto AUDIT_REPORTER = Join(COMMON, LOG_STATUS, REPORTING, AUDIT_REPORTER_ROWS);
@@ -317,7 +313,7 @@ inline constexpr PropertyInfo TIMER_ROWS[] = {
     One("min-pres-value", TYPE_UNSIGNED, O),
     One("max-pres-value", TYPE_UNSIGNED, O),
     One("resolution", TYPE_UNSIGNED, O),
-    Array("state-change-values", TYPE_NONE, O),
+    Array("state-change-values", TYPE_TIMER_STATE_CHANGE, O),
     List("list-of-object-property-references", TYPE_DEV_OBJ_PROP_REF, O),
     One("priority-for-writing", TYPE_UNSIGNED, O),
     List("alarm-values", TYPE_ENUMERATED, O),
@@ -329,7 +325,7 @@ inline constexpr auto TIMER = Join(COMMON, VALUE_STATUS, REPORTING, INHIBIT, DEL
 inline constexpr PropertyInfo COMMAND_ROWS[] = {
     One("present-value", TYPE_UNSIGNED, W),        One("in-process", TYPE_BOOLEAN, R),
     One("all-writes-successful", TYPE_BOOLEAN, R), Array("action", TYPE_ACTION_LIST, R),
-    Array("action-text", TYPE_STRING, O),          One("value-source", TYPE_NONE, O),
+    Array("action-text", TYPE_STRING, O),          One("value-source", TYPE_VALUE_SOURCE, O),
 };
 inline constexpr auto COMMAND = Join(COMMON, FAULT_STATUS, REPORTING, COMMAND_ROWS);
 
@@ -353,7 +349,7 @@ inline constexpr auto GROUP = Join(COMMON, GROUP_ROWS);
 inline constexpr PropertyInfo GLOBAL_GROUP_ROWS[] = {
     Array("group-members", TYPE_DEV_OBJ_PROP_REF, R),
     Array("group-member-names", TYPE_STRING, O),
-    Array("present-value", TYPE_NONE, R),
+    Array("present-value", TYPE_PROPERTY_ACCESS_RESULT, R),
     One("member-status-flags", TYPE_BIT_STRING, R),
     One("update-interval", TYPE_UNSIGNED, O),
     One("requested-update-interval", TYPE_UNSIGNED, O),
@@ -369,7 +365,7 @@ inline constexpr PropertyInfo STRUCTURED_VIEW_ROWS[] = {
     One("node-subtype", TYPE_STRING, O),
     Array("subordinate-list", TYPE_DEV_OBJ_REF, R),
     Array("subordinate-annotations", TYPE_STRING, O),
-    Array("subordinate-tags", TYPE_NONE, O),
+    Array("subordinate-tags", TYPE_NAME_VALUE_COLLECTION, O),
     Array("subordinate-node-types", TYPE_ENUMERATED, O),
     Array("subordinate-relationships", TYPE_ENUMERATED, O),
     One("default-subordinate-relationship", TYPE_ENUMERATED, O),

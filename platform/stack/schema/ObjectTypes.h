@@ -15,7 +15,7 @@ enum class PropertyShape : std::uint8_t { single, list, array };
 struct PropertyInfo {
     BACSTAC_PROPERTY_ID Property;
     // Of the value, or of the elements. TYPE_ANY: primitives whose type the value itself tells (priority arrays,
-    // schedules, optional values). TYPE_NONE: a constructed type without records here; such values stay octets.
+    // schedules, optional values).
     BACSTAC_DATA_TYPE Type;
     PropertyShape Shape;
     bool Required; // every object of the type has it (conformance codes R and W)

@@ -3,64 +3,12 @@
 #pragma once
 
 #include "api/bacnet/Records.h"
-#include "platform/stack/schema/TypeTable.h"
+#include "platform/stack/schema/MemberRows.h"
 
 #include <cstddef>
 #include <cstdint>
 
 namespace bacnet::members {
-
-#define AT(record, field) static_cast<std::uint16_t>(offsetof(record, field))
-
-constexpr Member One(const char* name, BACSTAC_DATA_TYPE type, int context, std::uint16_t offset,
-                     ENUM_TYPE_ID names = ENUM_NONE) {
-    Member member{name, type};
-    member.Context = static_cast<std::int16_t>(context);
-    member.Offset = offset;
-    member.Enum = names;
-    return member;
-}
-
-constexpr Member List(const char* name, BACSTAC_DATA_TYPE type, int context, std::uint16_t offset,
-                      ENUM_TYPE_ID names = ENUM_NONE) {
-    Member member = One(name, type, context, offset, names);
-    member.Form = MemberForm::list;
-    return member;
-}
-
-constexpr Member Any(const char* name, int context, std::uint16_t offset) {
-    Member member = One(name, TYPE_ANY, context, offset);
-    member.Form = MemberForm::any;
-    return member;
-}
-
-constexpr Member Text(const char* name, int context, std::uint16_t offset) {
-    Member member = One(name, TYPE_STRING, context, offset);
-    member.Form = MemberForm::text;
-    return member;
-}
-
-constexpr Member UnlessAbsent(Member member, std::uint32_t absent) {
-    member.Optional = Presence::sentinel;
-    member.Absent = absent;
-    return member;
-}
-
-constexpr Member IfFlag(Member member, std::uint16_t flagOffset, std::uint32_t bits, std::uint32_t absent = 0) {
-    member.Optional = Presence::flagged;
-    member.PresenceOffset = flagOffset;
-    member.PresenceBits = bits;
-    member.Absent = absent;
-    return member;
-}
-
-constexpr Member Alternative(std::uint32_t choice, Member member) {
-    member.Choice = choice;
-    return member;
-}
-
-inline constexpr std::uint32_t NO_INDEX = 0xFFFFFFFFU;
-inline constexpr std::uint32_t DEVICE = OBJ_DEVICE;
 
 // ---- references
 
@@ -346,6 +294,10 @@ inline constexpr Member EVENT_LOG_RECORD[] = {
 
 // ---- event notifications
 
+// The number that tells which record a variant holds.
+inline constexpr Member EVENT_TYPE[] = {
+    One("event-type", TYPE_ENUMERATED, -1, AT(BACSTAC_NOTIFICATION_PARAMETERS, EventType), ENUM_EVENT_TYPE)};
+
 inline constexpr std::uint16_t NOTIF_MASK = AT(BACSTAC_EVENT_NOTIF, Mask);
 
 inline constexpr Member EVENT_NOTIF[] = {
@@ -502,7 +454,5 @@ inline constexpr Member EP_CHANGE_OF_CHARACTERSTRING[] = {
 inline constexpr Member EP_CHANGE_OF_STATUS_FLAGS[] = {
     One("time-delay", TYPE_UNSIGNED, 0, AT(BACSTAC_EP_CHANGE_OF_STATUS_FLAGS, TimeDelay)),
     One("selected-flags", TYPE_BIT_STRING, 1, AT(BACSTAC_EP_CHANGE_OF_STATUS_FLAGS, SelectedFlags), ENUM_STATUS_FLAGS)};
-
-#undef AT
 
 } // namespace bacnet::members

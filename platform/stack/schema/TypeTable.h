@@ -18,14 +18,16 @@ enum class TypeKind : std::uint8_t {
     sequence,  // members in the order of the encoding
     choice,    // a u32 at offset 0 tells the alternative; members are the alternatives
     address,   // a network number and a station address, BACSTAC_ADDRESS
-    variant,   // a u32 at offset 0 is the context tag n, an any-value at offset 4 the record of type VariantBase + n
+    variant,   // a u32 at offset 0 is the context tag n, an any-value at offset 4 the record of type VariantBase + n;
+               // its one member is the number n
 };
 
 enum class MemberForm : std::uint8_t {
-    value, // the value itself at Offset
-    list,  // BACSTAC_LIST at Offset
-    any,   // BACSTAC_ANY_VALUE at Offset
-    text,  // u32 at Offset: where the NUL-terminated text lies
+    value,  // the value itself at Offset
+    list,   // BACSTAC_LIST at Offset
+    any,    // BACSTAC_ANY_VALUE at Offset
+    values, // BACSTAC_ANY_VALUE at Offset: the application-tagged values that follow, TYPE_NONE when none does
+    string, // u32 at Offset: where the one string of that type lies
 };
 
 enum class Presence : std::uint8_t {
@@ -38,7 +40,8 @@ struct Member {
     const char* Name;
     BACSTAC_DATA_TYPE Type; // of the value, or of the list's elements
     MemberForm Form = MemberForm::value;
-    std::int16_t Context = -1; // tag it is encoded with; -1: the type's own, a constructed type's members as they are
+    // Tag it is encoded with; -1: the type's own, a constructed type's members or a list's elements as they are.
+    std::int16_t Context = -1;
     std::uint16_t Offset = 0;
     Presence Optional = Presence::required;
     std::uint16_t PresenceOffset = 0;
@@ -65,6 +68,11 @@ constexpr bool IsPrimitiveType(BACSTAC_DATA_TYPE type) {
     return (type >= TYPE_NULL && type <= TYPE_ANY) || type == TYPE_WEEK_N_DAY;
 }
 
+// Types that an any-value holds decoded.
+constexpr bool IsAnyValueType(BACSTAC_DATA_TYPE type) {
+    return (IsPrimitiveType(type) && type != TYPE_ANY) || type == TYPE_DATE_TIME;
+}
+
 // By number, for FindType; null for a number that is no type.
 inline constexpr BACSTAC_DATA_TYPE DENSE_TYPES = 64;
 extern const std::array<const TypeInfo*, DENSE_TYPES> TYPES_BY_NUMBER;
@@ -74,6 +82,8 @@ const TypeInfo* FindSparseType(BACSTAC_DATA_TYPE type);
 inline const TypeInfo* FindType(BACSTAC_DATA_TYPE type) {
     return type >= 0 && type < DENSE_TYPES ? TYPES_BY_NUMBER[static_cast<std::size_t>(type)] : FindSparseType(type);
 }
+// The record of a variant's alternative; null for a number that has none.
+const TypeInfo* FindAlternative(const TypeInfo& variant, std::uint32_t number);
 // All rows, ascending by number.
 std::span<const TypeInfo> AllTypes();
 
@@ -85,5 +95,14 @@ inline constexpr BACSTAC_DATA_TYPE PART_SPECIAL_EVENT_PERIOD = 2003;
 inline constexpr BACSTAC_DATA_TYPE PART_READ_ACCESS_CHOICE = 2004;
 inline constexpr BACSTAC_DATA_TYPE PART_CHANGE_OF_VALUE_CRITERIA = 2005;
 inline constexpr BACSTAC_DATA_TYPE PART_CHANGE_OF_VALUE_NEW = 2006;
+inline constexpr BACSTAC_DATA_TYPE PART_COV_REFERENCE = 2007;
+inline constexpr BACSTAC_DATA_TYPE PART_COV_SPECIFICATION = 2008;
+inline constexpr BACSTAC_DATA_TYPE PART_AUTHENTICATION_INPUT = 2009;
+inline constexpr BACSTAC_DATA_TYPE PART_KEY_IDENTIFIER = 2010;
+inline constexpr BACSTAC_DATA_TYPE PART_HOST_ADDRESS = 2011;
+inline constexpr BACSTAC_DATA_TYPE PART_LANDING_COMMAND = 2012;
+inline constexpr BACSTAC_DATA_TYPE PART_LANDING_CALL = 2013;
+inline constexpr BACSTAC_DATA_TYPE PART_LANDING_DOOR = 2014;
+inline constexpr BACSTAC_DATA_TYPE PART_AUDIT_LOG_DATUM = 2015;
 
 } // namespace bacnet

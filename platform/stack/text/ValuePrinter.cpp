@@ -64,7 +64,7 @@ void ValuePrinter::Element(const TypeInfo& type, const std::uint8_t* element, EN
     else if (type.Kind == TypeKind::choice)
         Choice(type, element);
     else if (type.Kind == TypeKind::variant)
-        Variant(element);
+        Variant(type, element);
     --m_depth;
 }
 
@@ -209,9 +209,8 @@ void ValuePrinter::Choice(const TypeInfo& type, const std::uint8_t* record) {
     Element(*open, record + OPEN_ALTERNATIVE, ENUM_NONE);
 }
 
-// The variants there are are told apart by an event type.
-void ValuePrinter::Variant(const std::uint8_t* record) {
-    PutEnum(m_out, LoadAs<std::uint32_t>(record), ENUM_EVENT_TYPE);
+void ValuePrinter::Variant(const TypeInfo& type, const std::uint8_t* record) {
+    PutEnum(m_out, LoadAs<std::uint32_t>(record), type.Members.front().Enum);
     m_out.Put("=");
     Any(record + ANY_OF_VARIANT, ENUM_NONE);
 }
@@ -230,14 +229,24 @@ void ValuePrinter::MemberValue(const Member& member, const std::uint8_t* record)
     case MemberForm::any:
         Any(field, member.Enum);
         break;
-    case MemberForm::text:
-        m_out.PutForeign(TextAt(m_buffer, LoadAs<std::uint32_t>(field)));
+    case MemberForm::values:
+        if (LoadAs<BACSTAC_ANY_VALUE>(field).DataType == TYPE_NONE)
+            m_out.Put("none");
+        else
+            Any(field, member.Enum);
+        break;
+    case MemberForm::string:
+        Primitive(*FindType(member.Type), StringAt(m_buffer, member.Type, LoadAs<std::uint32_t>(field)), ENUM_NONE);
         break;
     }
 }
 
 void ValuePrinter::Any(const std::uint8_t* anyValue, ENUM_TYPE_ID names) {
     const auto any = LoadAs<BACSTAC_ANY_VALUE>(anyValue);
+    if (any.DataType == TYPE_RAW && m_buffer.Holds(any.Offset, any.ElementCount)) {
+        m_out.PutHex(m_buffer.Base + any.Offset, any.ElementCount);
+        return;
+    }
     const TypeInfo* const type = FindType(any.DataType);
     if (type == nullptr || m_depth >= DEEPEST) {
         m_out.Put(UNPRINTABLE);

@@ -23,7 +23,7 @@ private:
     bool Phrase(const TypeInfo& type, const std::uint8_t* element);
     void Sequence(const TypeInfo& type, const std::uint8_t* record);
     void Choice(const TypeInfo& type, const std::uint8_t* record);
-    void Variant(const std::uint8_t* record);
+    void Variant(const TypeInfo& type, const std::uint8_t* record);
     void TimeValue(const std::uint8_t* record);
     void MemberValue(const Member& member, const std::uint8_t* record);
     void Any(const std::uint8_t* anyValue, ENUM_TYPE_ID names);

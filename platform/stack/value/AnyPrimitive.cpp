@@ -108,7 +108,7 @@ bool CPVAnyPrimitive::Load(const BufferView& buffer, const unsigned char* elemen
         return any.DataType == TYPE_NONE;
     }
     const TypeInfo* type = FindType(any.DataType);
-    if (type == nullptr || type->Kind != TypeKind::primitive || type->Type == TYPE_ANY)
+    if (type == nullptr || !IsAnyValueType(type->Type))
         return false;
     std::unique_ptr<CPropertyValue> value;
     if (any.ElementCount == 1) {

@@ -180,9 +180,9 @@ bool Primitive(const value_t& json, BACSTAC_DATA_TYPE type, std::uint8_t* to) {
     }
 }
 
-const TypeInfo* FindPrimitive(std::string_view name) {
+const TypeInfo* FindAnyValueType(std::string_view name) {
     for (const TypeInfo& type : AllTypes()) {
-        if (name == type.Name && IsPrimitiveType(type.Type) && type.Type != TYPE_ANY)
+        if (name == type.Name && IsAnyValueType(type.Type))
             return &type;
     }
     return nullptr;
@@ -282,7 +282,7 @@ private:
             return false;
         if (member->name == "raw")
             return Raw(&member->value, any) && Put(to, any);
-        const TypeInfo* const type = FindPrimitive(member->name);
+        const TypeInfo* const type = FindAnyValueType(member->name);
         if (type == nullptr)
             return false;
         const auto* const several = member->value.get<value_t::array_t>();
@@ -308,12 +308,12 @@ private:
             return Put(to, list);
         }
         case MemberForm::any:
+        case MemberForm::values:
             return Any(json, to);
-        case MemberForm::text: {
-            const auto* const text = json.get<std::string>();
+        case MemberForm::string: {
             const Sink::Mark mark = m_sink.Position();
             std::uint32_t offset = 0;
-            return text != nullptr && AppendText(*text) && m_sink.MoveBehind(mark, offset) && Put(to, offset);
+            return AppendString(json, member.Type) && m_sink.MoveBehind(mark, offset) && Put(to, offset);
         }
         }
         return false;
@@ -363,12 +363,10 @@ private:
         const value_t* const parameters = json.find("parameters");
         std::uint32_t number = 0;
         if (members == nullptr || members->size() != 2 || parameters == nullptr ||
-            !Integer(json.find("event-type"), number))
+            !Integer(json.find(type.Members.front().Name), number))
             return false;
         BACSTAC_ANY_VALUE any{TYPE_NULL, 0, 0, 1};
-        constexpr std::uint32_t mostTypes = 100; // data types of parameters and notifications are that far apart
-        const TypeInfo* const inner =
-            number < mostTypes ? FindType(type.VariantBase + static_cast<BACSTAC_DATA_TYPE>(number)) : nullptr;
+        const TypeInfo* const inner = FindAlternative(type, number);
         const value_t* const raw = parameters->find("raw");
         if (raw != nullptr) {
             if (!Raw(raw, any))

@@ -180,8 +180,7 @@ private:
             return Raw(any, to);
         const TypeInfo* const type = FindType(any.DataType);
         value_t values;
-        if (type == nullptr || !IsPrimitiveType(type->Type) || type->Type == TYPE_ANY ||
-            !Run(*type, any.Offset, any.ElementCount, values))
+        if (type == nullptr || !IsAnyValueType(type->Type) || !Run(*type, any.Offset, any.ElementCount, values))
             return false;
         const auto& array = *values.get<value_t::array_t>();
         to.add(type->Name, array.size() == 1 ? array.front() : values);
@@ -198,10 +197,10 @@ private:
             return Run(*FindType(member.Type), list.Offset, list.Count, to);
         }
         case MemberForm::any:
+        case MemberForm::values:
             return Any(LoadAs<BACSTAC_ANY_VALUE>(from), to);
-        case MemberForm::text:
-            to = value_t(std::string(TextAt(m_buffer, LoadAs<std::uint32_t>(from))));
-            return true;
+        case MemberForm::string:
+            return Primitive(member.Type, StringAt(m_buffer, member.Type, LoadAs<std::uint32_t>(from)), to);
         }
         return false;
     }
@@ -239,14 +238,14 @@ private:
             if (!Raw(any, inner))
                 return false;
         } else if (any.DataType != TYPE_NULL) {
-            const TypeInfo* const parameters = FindType(any.DataType);
-            if (parameters == nullptr || any.DataType != type.VariantBase + static_cast<BACSTAC_DATA_TYPE>(number) ||
+            const TypeInfo* const parameters = FindAlternative(type, number);
+            if (parameters == nullptr || any.DataType != parameters->Type ||
                 !m_buffer.Holds(any.Offset, parameters->Size) ||
                 !Element(*parameters, m_buffer.Base + any.Offset, inner))
                 return false;
         }
         to = value_t();
-        to.add("event-type", Integer(number));
+        to.add(type.Members.front().Name, Integer(number));
         to.add("parameters", std::move(inner));
         return true;
     }

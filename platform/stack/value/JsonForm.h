@@ -13,11 +13,12 @@
 //   week-n-day                {"month", "week", "day"}, null where unspecified
 //   object identifier         {"type", "instance"}, integers
 //   address                   {"remote", "network", "mac"}, the last as an octet string
-//   any                       null without a value; else one member named like its type: {"real": 21.5}, an array for
-//                             several or none; {"raw": "..."} for octets that are not decoded
+//   any                       null without a value; else one member named like its type: {"real": 21.5}, also
+//                             {"date-time": ...}, an array for several or none; {"raw": "..."} for octets that are not
+//                             decoded
 //   sequence                  its members by name, those that are absent left out
 //   choice                    one member, named like the alternative, or by its number where the table has no name
-//   event parameters          {"event-type", "parameters"}
+//   event parameters          {"event-type", "parameters"}, fault parameters {"fault-type", "parameters"}
 //   list                      array
 #pragma once
 

@@ -93,14 +93,24 @@ void InitReference(BACSTAC_DEV_OBJ_PROP_REF& reference) {
     reference.DeviceId = ANY_DEVICE;
 }
 
-void InitCalendarEntry(BACSTAC_CALENDAR_ENTRY& entry) {
-    entry.Choice = BACSTAC_CALENDAR_DATE;
-    CPVDate::Init(entry.Date);
+// What may be left out is, and of alternatives it is the first; members are as new ones of their types are.
+void InitMembers(const TypeInfo& type, unsigned char* record) {
+    for (const Member& member : type.Members) {
+        unsigned char* const field = record + member.Offset;
+        if (member.Optional != Presence::required)
+            std::memcpy(field, &member.Absent, sizeof(member.Absent));
+        else if (member.Form == MemberForm::value)
+            InitRecord(member.Type, field);
+        if (type.Kind == TypeKind::choice) {
+            std::memcpy(record, &member.Choice, sizeof(member.Choice));
+            break;
+        }
+    }
 }
 
 } // namespace
 
-// The record is zero already. Types that are not listed are zero as new ones too.
+// The record is zero already, and so are new values of primitives that are not listed.
 void InitRecord(BACSTAC_DATA_TYPE type, void* record) {
     switch (type) {
     case TYPE_DATE:
@@ -110,18 +120,11 @@ void InitRecord(BACSTAC_DATA_TYPE type, void* record) {
         CPVDate::Init(As<BACSTAC_DATE_TIME>(record).Date);
         As<BACSTAC_DATE_TIME>(record).Time = {BACSTAC_ANY_TIME, BACSTAC_ANY_TIME, BACSTAC_ANY_TIME, BACSTAC_ANY_TIME};
         break;
-    case TYPE_DATE_RANGE:
-        CPVDate::Init(As<BACSTAC_DATE_RANGE>(record).Start);
-        CPVDate::Init(As<BACSTAC_DATE_RANGE>(record).End);
-        break;
     case TYPE_WEEK_N_DAY:
         As<BACSTAC_WEEK_N_DAY>(record).Week = BACSTAC_ANY_WEEK;
         break;
-    case TYPE_CALENDAR_ENTRY:
-        InitCalendarEntry(As<BACSTAC_CALENDAR_ENTRY>(record));
-        break;
     case TYPE_SPECIAL_EVENT:
-        InitCalendarEntry(As<BACSTAC_SPECIAL_EVENT>(record).Entry);
+        InitRecord(TYPE_CALENDAR_ENTRY, &As<BACSTAC_SPECIAL_EVENT>(record).Entry);
         As<BACSTAC_SPECIAL_EVENT>(record).Priority = 16;
         break;
     case TYPE_PROPERTY_REF:
@@ -142,9 +145,6 @@ void InitRecord(BACSTAC_DATA_TYPE type, void* record) {
     case TYPE_RECIPIENT:
         As<BACSTAC_RECIPIENT>(record).Device = ANY_DEVICE;
         break;
-    case TYPE_RECIPIENT_PROCESS:
-        As<BACSTAC_RECIPIENT_PROCESS>(record).Recipient.Device = ANY_DEVICE;
-        break;
     case TYPE_DESTINATION: {
         auto& destination = As<BACSTAC_DESTINATION>(record);
         destination.ValidDays = {7, {0x7F}};
@@ -160,9 +160,6 @@ void InitRecord(BACSTAC_DATA_TYPE type, void* record) {
     case TYPE_ADDRESS_BINDING:
         As<BACSTAC_ADDRESS_BINDING>(record).Device = ANY_DEVICE;
         break;
-    case TYPE_SCALE:
-        As<BACSTAC_SCALE>(record).Choice = TYPE_REAL;
-        break;
     case TYPE_SHED_LEVEL:
         As<BACSTAC_SHED_LEVEL>(record).Percent = 100;
         break;
@@ -174,16 +171,8 @@ void InitRecord(BACSTAC_DATA_TYPE type, void* record) {
         InitReference(As<BACSTAC_ACTION_COMMAND>(record).Reference);
         As<BACSTAC_ACTION_COMMAND>(record).Priority = BACSTAC_NO_PRIORITY;
         break;
-    case TYPE_EVENT_PARAMETER_FIRST + 3:
-        InitReference(As<BACSTAC_EP_COMMAND_FAILURE>(record).Feedback);
-        break;
-    case TYPE_EVENT_PARAMETER_FIRST + 4:
-        InitReference(As<BACSTAC_EP_FLOATING_LIMIT>(record).Setpoint);
-        break;
-    case TYPE_EVENT_PARAMETER_FIRST + 8:
-        InitReference(As<BACSTAC_EP_CHANGE_OF_LIFE_SAFETY>(record).Mode);
-        break;
     default:
+        InitMembers(*FindType(type), static_cast<unsigned char*>(record));
         break;
     }
 }

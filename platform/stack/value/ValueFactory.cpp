@@ -2,6 +2,7 @@
 
 #include "api/bacnet/PropertyValues.h"
 #include "platform/stack/schema/ObjectTypes.h"
+#include "platform/stack/schema/TypeTable.h"
 
 #include <iterator>
 
@@ -76,6 +77,7 @@ constexpr Maker MAKERS[] = {
     {TYPE_ACTION_COMMAND, Make<CPVActionCommand>},
     {TYPE_SHED_LEVEL, Make<CPVShedLevel>},
     {TYPE_READ_RESULT_ITEM, Make<CPVReadResultItem>},
+    {TYPE_FAULT_PARAMETER, Make<CPVFaultParameter>},
     {EP + 0, Make<CPVEPChangeOfBitString>},
     {EP + 1, Make<CPVEPChangeOfState>},
     {EP + 2, Make<CPVEPChangeOfValue>},
@@ -92,6 +94,28 @@ constexpr Maker MAKERS[] = {
     {EP + 17, Make<CPVEPChangeOfCharacterString>},
     {EP + 18, Make<CPVEPChangeOfStatusFlags>},
 };
+
+// Types that need no class of their own. Those of logs are never written, and the parts of notifications neither.
+bool IsMadeOfTable(BACSTAC_DATA_TYPE type) {
+    const TypeInfo* const info = FindType(type);
+    if (info == nullptr || (info->Kind != TypeKind::sequence && info->Kind != TypeKind::choice))
+        return false;
+    switch (type) {
+    case TYPE_LOG_ITEM:
+    case TYPE_LOG_RECORD:
+    case TYPE_EVENT_NOTIF:
+    case TYPE_EVENT_LOG_RECORD:
+    case TYPE_LOG_MULTIPLE_RECORD:
+    case TYPE_AUDIT_LOG_RECORD:
+    case PART_LOG_DATUM:
+    case PART_LOG_MULTIPLE_DATA:
+    case PART_EVENT_LOG_DATUM:
+    case PART_AUDIT_LOG_DATUM:
+        return false;
+    default:
+        return type < TYPE_NOTIFICATION_PARAMETER_FIRST || type >= TYPE_FAULT_PARAMETER_FIRST;
+    }
+}
 
 struct ArraySize {
     BACSTAC_PROPERTY_ID Property;
@@ -117,7 +141,7 @@ std::unique_ptr<CPropertyValue> NewValue(BACSTAC_DATA_TYPE type) {
         if (maker.Type == type)
             return std::unique_ptr<CPropertyValue>(maker.Make());
     }
-    return nullptr;
+    return IsMadeOfTable(type) ? std::make_unique<CPVConstructed>(type) : nullptr;
 }
 
 unsigned FixedArraySize(BACSTAC_PROPERTY_ID property) {

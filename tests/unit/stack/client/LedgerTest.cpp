@@ -148,23 +148,17 @@ std::string ObjectTypesText() {
                                                               : "Commandable where it has a priority array.\n");
         std::vector<std::string> required;
         std::vector<std::string> optional;
-        std::vector<std::string> octets;
         for (const PropertyInfo& property : type.Properties) {
             const std::string name = FindPropertyName(property.Property);
             (property.Required ? required : optional).push_back(name + (property.Writable ? " (writable)" : ""));
-            if (property.Type == TYPE_NONE)
-                octets.push_back(name);
         }
         PutList(out, "Required:", required);
         PutList(out, "Optional:", optional);
-        PutList(out, "Kept as octets:", octets);
     }
     return out.str();
 }
 
 std::string ValueText(const PropertyInfo& info) {
-    if (info.Type == TYPE_NONE)
-        return "octets as they are encoded";
     std::string text = CBACnetDir::GetDataTypeString(info.Type);
     if (info.Shape != PropertyShape::single)
         text = (info.Shape == PropertyShape::array ? "array of " : "list of ") + text;

@@ -54,17 +54,39 @@ ValuePtr FromWire(BACSTAC_OBJECT_TYPE objectType, BACSTAC_PROPERTY_ID property, 
 }
 
 // Types that only log buffers and notifications have: nobody edits or copies them.
-const std::set<BACSTAC_DATA_TYPE> WITHOUT_VALUES = {
-    TYPE_RAW_STRING,       TYPE_LOG_ITEM,           TYPE_LOG_RECORD, TYPE_EVENT_NOTIF, TYPE_NOTIFICATION_PARAMETERS,
-    TYPE_EVENT_LOG_RECORD, TYPE_LOG_MULTIPLE_RECORD};
+const std::set<BACSTAC_DATA_TYPE> WITHOUT_VALUES = {TYPE_RAW_STRING,
+                                                    TYPE_LOG_ITEM,
+                                                    TYPE_LOG_RECORD,
+                                                    TYPE_EVENT_NOTIF,
+                                                    TYPE_NOTIFICATION_PARAMETERS,
+                                                    TYPE_EVENT_LOG_RECORD,
+                                                    TYPE_LOG_MULTIPLE_RECORD,
+                                                    TYPE_AUDIT_LOG_RECORD,
+                                                    PART_LOG_DATUM,
+                                                    PART_LOG_MULTIPLE_DATA,
+                                                    PART_EVENT_LOG_DATUM,
+                                                    PART_AUDIT_LOG_DATUM};
 
 bool HasValue(BACSTAC_DATA_TYPE type) {
-    return WITHOUT_VALUES.count(type) == 0 && (type < NP || type >= NP + 100) && type < PART_LOG_DATUM;
+    return WITHOUT_VALUES.count(type) == 0 && (type < NP || type >= NP + 100);
+}
+
+// Whether a new value lacks something that its encoding cannot leave out: a value of any type.
+bool NeedsValue(const TypeInfo& type) {
+    for (const Member& member : type.Members) {
+        const bool required = member.Optional == Presence::required;
+        if (required && (member.Form == MemberForm::any ||
+                         (member.Form == MemberForm::value && NeedsValue(*FindType(member.Type)))))
+            return true;
+        if (type.Kind == TypeKind::choice)
+            return false; // it has its first alternative
+    }
+    return false;
 }
 
 } // namespace
 
-TEST(PropertyValue, EveryTypeButTheLogsHasOne) {
+TEST(PropertyValue, EveryTypeButTheLogsAndNotificationsHasOne) {
     for (const TypeInfo& type : AllTypes()) {
         const ValuePtr value = NewValue(type.Type);
         EXPECT_EQ(value != nullptr, HasValue(type.Type)) << type.Name;
@@ -78,11 +100,11 @@ TEST(PropertyValue, EveryTypeButTheLogsHasOne) {
     EXPECT_EQ(NewValue(TYPE_RAW), nullptr);
 }
 
-TEST(PropertyValue, EveryPropertyOfEveryObjectTypeHasOneOrNoType) {
+TEST(PropertyValue, EveryPropertyOfEveryObjectTypeButLogBuffersHasOne) {
     for (const ObjectTypeInfo& object : AllObjectTypes()) {
         for (const PropertyInfo& property : object.Properties) {
             const ValuePtr value = Create(object.Type, property.Property, TYPE_NONE, -1);
-            const bool expected = property.Type != TYPE_NONE && HasValue(property.Type);
+            const bool expected = HasValue(property.Type);
             EXPECT_EQ(value != nullptr, expected) << object.Name << " " << property.Property;
             // A daily schedule and an action list are collections by themselves.
             const bool nested = property.Type == TYPE_DAILY_SCHEDULE || property.Type == TYPE_ACTION_LIST;
@@ -101,10 +123,7 @@ TEST(PropertyValue, NewValuesCanBeWritten) {
         CPropertyContents contents(value->GetDataSize());
         EXPECT_TRUE(value->WriteTo(contents)) << type.Name;
         EXPECT_EQ(contents.DataType, type.Type) << type.Name;
-        // A time-value, a result or a command without a value cannot go out.
-        const bool needsValue =
-            type.Type == TYPE_TIME_VALUE || type.Type == TYPE_READ_RESULT_ITEM || type.Type == TYPE_ACTION_COMMAND;
-        EXPECT_EQ(Encoded(contents) == "not encoded", needsValue) << type.Name;
+        EXPECT_EQ(Encoded(contents) == "not encoded", NeedsValue(type)) << type.Name;
     }
 }
 

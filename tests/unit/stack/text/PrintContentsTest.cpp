@@ -2,10 +2,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/stack/codec/ValueCodec.h"
 #include "platform/stack/schema/TypeTable.h"
+#include "tests/unit/stack/codec/Hex.h"
 #include "tests/unit/stack/text/Printing.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -241,7 +244,7 @@ TEST(PrintContents, OfEventParameters) {
     contents.Replace(record, BACSTAC_EVENT_PARAMETER{5, {1005, range, sizeof(BACSTAC_EP_OUT_OF_RANGE), 1}});
     EXPECT_EQ(contents.Text(9, 83), "out-of-range={time-delay=30, low-limit=-5, high-limit=40.5, deadband=1}");
     contents.Replace(record, BACSTAC_EVENT_PARAMETER{6, {TYPE_RAW, range, 4, 4}});
-    EXPECT_EQ(contents.Text(9, 83), "complex-event-type=?");
+    EXPECT_EQ(contents.Text(9, 83), "complex-event-type=1E000000"); // octets, here those of the time delay of 30
 
     Contents states(TYPE_EVENT_PARAMETER, 1);
     const std::uint32_t first = states.Add(BACSTAC_EVENT_PARAMETER{});
@@ -268,6 +271,45 @@ TEST(PrintContents, OfLogRecords) {
     record.DatumType = 77;
     EXPECT_EQ(TextOf(TYPE_LOG_RECORD, record),
               "{timestamp=(02/01/2026, 03:04:05.06), log-datum=?, status-flags={in-alarm}}");
+}
+
+TEST(PrintContents, OfTypesThatComeFromTheTableAlone) {
+    constexpr BACSTAC_DATA_TYPE EP = TYPE_EVENT_PARAMETER_FIRST;
+    const struct {
+        BACSTAC_DATA_TYPE Type;
+        const char* Octets;
+        const char* Text;
+    } values[] = {
+        {TYPE_NAME_VALUE, "0B 00 6964", "{name=id, value=none}"},
+        {TYPE_NAME_VALUE, "0B 00 6174 A47E030107 B40C050032", "{name=at, value=(01/03/2026, 12:05:00.50)}"},
+        {TYPE_VALUE_SOURCE, "08", "none"},
+        {TYPE_XY_COLOR, "443E800000 443F000000", "{x-coordinate=0.25, y-coordinate=0.5}"},
+        {TYPE_COLOR_COMMAND, "0903 2A0BB8", "{operation=ramp-to-cct, target-color-temperature=3000}"},
+        {TYPE_TIMER_STATE_CHANGE, "3E 0901 1C42C80000 3F", "{operation=fade-to, target-level=100}"},
+        {TYPE_TIMER_STATE_CHANGE, "1E 0E 2101 0F 1F", "0E21010F"},
+        {TYPE_HOST_N_PORT, "0E 1C0A000001 0F 1ABAC0", "{host=0A000001, port=47808}"},
+        {TYPE_ASSIGNED_LANDING_CALLS, "0E 0903 1904 0F", "{{floor-number=3, direction=down}}"},
+        {TYPE_ACCESS_RULE, "0901 2901 4901", "{time-range-specifier=always, location-specifier=all, enable=true}"},
+        {TYPE_FAULT_PARAMETER, "6E 0E 44C2200000 0F 1E 4442C80000 1F 6F",
+         "fault-out-of-range={min-normal-value=-40, max-normal-value=100}"},
+        {TYPE_EVENT_PARAMETER, "FE16 0905 1E 9101 1F 2E 0C07C00001 1A018B 2F FF16",
+         "change-of-timer={time-delay=5, alarm-values={running}, "
+         "update-time-reference=(timer, 1, last-state-change)}"},
+        {EP + 21, "0905", "5"},
+        {TYPE_NOTIFICATION_PARAMETERS, "FE13 0907 1A0440 2E 0955 2E 4442900000 2F 2F FF13",
+         "change-of-reliability={reliability=unreliable-other, status-flags={fault}, "
+         "property-values={{property=present-value, value=72}}}"},
+    };
+    for (const auto& value : values) {
+        std::array<std::uint8_t, 1024> buffer{};
+        BACSTAC_PROPERTY_CONTENTS contents{TYPE_NONE, buffer.data(), buffer.size(), 0};
+        ASSERT_EQ(bacnet::DecodeRecords(Hex(value.Octets), value.Type, contents), bacnet::DecodeResult::ok)
+            << value.Octets;
+        EXPECT_EQ(Printed([&](char* b, unsigned n) {
+                      return CBacGeneral::PrintContents(b, n, contents, OBJ_NO_TYPE, PROP_NO_PROPERTY, -1);
+                  }),
+                  value.Text);
+    }
 }
 
 TEST(PrintContents, EndsWhereReferencesLeadInACircle) {

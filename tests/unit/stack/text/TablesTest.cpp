@@ -180,7 +180,7 @@ TEST(StandardTables, GiveTheTypeOfAProperty) {
     EXPECT_EQ(CBACnetDir::GetStdPropType(PROP_OBJECT_LIST, OBJ_DEVICE), TYPE_OBJECT_ID);
     EXPECT_EQ(CBACnetDir::GetStdPropType(600, OBJ_DEVICE), -1);
     EXPECT_EQ(CBACnetDir::GetStdPropType(PROP_PRESENT_VALUE, 128), -1);
-    EXPECT_EQ(CBACnetDir::GetStdPropType(380, 54), -1);
+    EXPECT_EQ(CBACnetDir::GetStdPropType(380, 54), TYPE_LIGHTING_COMMAND);
 }
 
 TEST(StandardTables, GiveEventTypesAndCommandability) {

@@ -8,70 +8,76 @@ using namespace bacnet;
 namespace {
 
 constexpr unsigned ALIGNMENT_LOSS = 7;
-constexpr unsigned EVENT_TYPES = 100; // so far apart are the data types of parameters and of notifications
 
-BACSTAC_DATA_TYPE ParameterType(unsigned eventType) {
-    return eventType < EVENT_TYPES ? TYPE_EVENT_PARAMETER_FIRST + static_cast<BACSTAC_DATA_TYPE>(eventType) : TYPE_NONE;
-}
+static_assert(sizeof(BACSTAC_EVENT_PARAMETER) == sizeof(BACSTAC_FAULT_PARAMETER));
 
 } // namespace
 
-CPVEventParameter::CPVEventParameter(const CPVEventParameter& other) : CPVElement(other) {
+CPVVariant::CPVVariant(BACSTAC_DATA_TYPE type) : m_type(FindType(type)) {
+    SetNumber(0);
+}
+
+CPVVariant::CPVVariant(const CPVVariant& other) : CPVElement(other), m_type(other.m_type) {
     Assign(other);
 }
 
-void CPVEventParameter::Assign(const CPVEventParameter& other) {
+void CPVVariant::Assign(const CPVVariant& other) {
     if (this == &other)
         return;
-    m_eventType = other.m_eventType;
+    m_number = other.m_number;
     m_parameters.reset(other.m_parameters ? other.m_parameters->Clone() : nullptr);
     m_rawType = other.m_rawType;
     m_raw = other.m_raw;
     OnPropId();
 }
 
-void CPVEventParameter::SetEventType(unsigned type) {
-    m_eventType = type;
-    m_parameters = NewValue(ParameterType(type));
+std::unique_ptr<CPropertyValue> CPVVariant::NewParameters(unsigned number) const {
+    const TypeInfo* const parameters = FindAlternative(*m_type, number);
+    return parameters == nullptr ? nullptr : NewValue(parameters->Type);
+}
+
+void CPVVariant::SetNumber(unsigned number) {
+    m_number = number;
+    m_parameters = NewParameters(number);
     m_rawType = m_parameters ? TYPE_NONE : TYPE_NULL;
     m_raw.clear();
     OnPropId();
 }
 
-void CPVEventParameter::OnPropId() {
+void CPVVariant::OnPropId() {
     if (m_parameters)
         m_parameters->SetPropId(GetObjType(), GetPropId());
 }
 
-bool CPVEventParameter::Load(const BufferView& buffer, const unsigned char* element) {
+bool CPVVariant::Load(const BufferView& buffer, const unsigned char* element) {
     const auto record = LoadAs<BACSTAC_EVENT_PARAMETER>(element);
     const BACSTAC_ANY_VALUE& any = record.Parameters;
     if (any.DataType == TYPE_RAW || any.DataType == TYPE_NULL) {
         const std::uint32_t size = any.DataType == TYPE_RAW ? any.ElementCount : 0;
         if (!buffer.Holds(any.Offset, size))
             return false;
-        m_eventType = record.EventType;
+        m_number = record.EventType;
         m_parameters.reset();
         m_rawType = any.DataType;
         m_raw.assign(buffer.Base + any.Offset, buffer.Base + any.Offset + size);
         return true;
     }
-    std::unique_ptr<CPropertyValue> parameters = NewValue(ParameterType(record.EventType));
+    std::unique_ptr<CPropertyValue> parameters = NewParameters(record.EventType);
     if (parameters == nullptr || any.DataType != parameters->GetDataType() ||
         !buffer.Holds(any.Offset, parameters->ElementSize()) || !parameters->Load(buffer, buffer.Base + any.Offset))
         return false;
-    SetEventType(record.EventType);
+    SetNumber(record.EventType);
     m_parameters = std::move(parameters);
     OnPropId();
     return true;
 }
 
-bool CPVEventParameter::Store(Sink& sink) const {
+bool CPVVariant::Store(Sink& sink) const {
     std::uint8_t* at = sink.Append(sizeof(BACSTAC_EVENT_PARAMETER));
     if (at == nullptr)
         return false;
     const Sink::Mark mark = sink.Position();
-    BACSTAC_EVENT_PARAMETER record{m_eventType, {m_rawType, 0, 0, 1}};
+    BACSTAC_EVENT_PARAMETER record{m_number, {m_rawType, 0, 0, 1}};
     if (m_parameters) {
         record.Parameters.DataType = m_parameters->GetDataType();
         if (!m_parameters->Store(sink))
@@ -91,7 +97,7 @@ bool CPVEventParameter::Store(Sink& sink) const {
     return true;
 }
 
-unsigned CPVEventParameter::ReferredSize() const {
+unsigned CPVVariant::ReferredSize() const {
     const unsigned inner =
         m_parameters ? m_parameters->ElementSize() + m_parameters->ReferredSize() : static_cast<unsigned>(m_raw.size());
     return inner + ALIGNMENT_LOSS;
