@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <random>
 
 namespace bacnet {
 
@@ -101,7 +102,10 @@ std::unique_ptr<BacnetClient> BacnetClient::Open(const ClientConfig& config, std
         failure = "no BACnet port is configured";
         return nullptr;
     }
-    auto client = std::make_unique<BacnetClient>(config, std::move(links));
+    ClientConfig own = config;
+    while (own.Transactions.IdSeed == 0)
+        own.Transactions.IdSeed = std::random_device{}();
+    auto client = std::make_unique<BacnetClient>(own, std::move(links));
     client->m_network.AskForNumbers();
     return client;
 }

@@ -141,17 +141,18 @@ void AsyncCaller::Impl::StartPending(Millis now) {
 
 AsyncCaller::Impl::Begun AsyncCaller::Impl::Start(Item& item, Millis now) {
     const AsyncRequest& request = *item.Request;
-    switch (m_core.Network.Resolve(request.Destination, item.Peer)) {
-    case NetworkLayer::Route::found:
-    case NetworkLayer::Route::busy: // a poll that waits is worth less than one that is tried
+    const Millis until = item.Stalled ? item.StartBy : now + m_core.Settings.RouterWaitMs;
+    switch (m_core.FindWay(request.Destination, now, until, item.Peer)) {
+    case LayerCore::Way::open:
         break;
-    case NetworkLayer::Route::unknown_router: {
-        m_core.Network.AskForRouter(request.Destination.Network, now);
+    case LayerCore::Way::wait: {
         PeerKey network;
         network.Scope = request.Destination.Network;
         return Stall(item, network, Outcome::no_route, now, m_core.Settings.RouterWaitMs);
     }
-    case NetworkLayer::Route::invalid:
+    case LayerCore::Way::none:
+        return Fail(item, Outcome::no_route);
+    case LayerCore::Way::invalid:
         return Fail(item, Outcome::invalid_address);
     }
     if (!m_core.Plan(item, request.Parameters.size(), request.Options))

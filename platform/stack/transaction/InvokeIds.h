@@ -14,6 +14,8 @@ class InvokeIds {
 public:
     static constexpr std::size_t COUNT = 256;
 
+    explicit InvokeIds(std::uint8_t first = 0) : m_next(first) {}
+
     // False when all are in use or at rest.
     bool Take(Millis now, std::uint8_t& id);
     // restUntil <= now: none. Rests are expected in the order of their ends, as equal rests are.
@@ -26,7 +28,7 @@ private:
     };
     std::bitset<COUNT> m_taken; // in use or at rest
     std::deque<Rest> m_resting;
-    std::uint8_t m_next = 0;
+    std::uint8_t m_next;
 };
 
 } // namespace bacnet

@@ -18,8 +18,8 @@ Apdu PlainHeader(PduType type, std::uint8_t invokeId, std::uint8_t reason) {
 
 LayerCore::LayerCore(NetworkLayer& network, const TransactionSettings& settings, IRequestHandler* handler,
                      const IClock& clock)
-    : Network(network), Settings(settings), Clock(clock), Peers(settings.IdRestMs), Budget(settings.AssemblyLimit),
-      m_handler(handler), m_requests(settings) {
+    : Network(network), Settings(settings), Clock(clock), Peers(settings.IdRestMs, settings.IdSeed),
+      Budget(settings.AssemblyLimit), m_handler(handler), m_requests(settings) {
     network.SetClock([&clock] { return clock.Now(); });
     for (std::size_t port = 0; port < network.PortCount(); ++port)
         m_pumps.push_back(
@@ -75,6 +75,24 @@ bool LayerCore::SendPdu(const Station& destination, const Apdu& header, std::spa
                         bool expectingReply) {
     Frame frame;
     return frame.Append(payload) && PrependApdu(frame, header) && Network.Send(destination, frame, expectingReply);
+}
+
+LayerCore::Way LayerCore::FindWay(const BACSTAC_ADDRESS& destination, Millis now, Millis until, Station& station) {
+    switch (Network.Resolve(destination, station)) {
+    case NetworkLayer::Route::found:
+        break;
+    case NetworkLayer::Route::busy:
+        // Its word that it is available may be lost: it is tried in the end.
+        return now < until ? Way::wait : Way::open;
+    case NetworkLayer::Route::unknown_router:
+        if (now >= until)
+            return Way::none;
+        Network.AskForRouter(destination.Network, now);
+        return Way::wait;
+    case NetworkLayer::Route::invalid:
+        return Way::invalid;
+    }
+    return Way::open;
 }
 
 bool LayerCore::Resend(const PeerKey& key, Transaction& transaction, const BACSTAC_ADDRESS& destination, Millis now) {

@@ -33,6 +33,10 @@ public:
     bool SendSegments(const PeerKey& key, std::uint8_t invokeId);
     bool SendPdu(const Station& destination, const Apdu& header, std::span<const std::uint8_t> payload,
                  bool expectingReply);
+    // Before a request is sent: the station that it goes to, as far as known. One behind a router that is not known, or
+    // that is busy, is waited for until a time that is Settings.RouterWaitMs after the first look.
+    enum class Way : std::uint8_t { open, wait, none, invalid };
+    Way FindWay(const BACSTAC_ADDRESS& destination, Millis now, Millis until, Station& station);
     // Before a request is repeated: counts, and looks for a better way to a station behind a router. False: a router
     // has said that the request is too long for the way, which the table has a limit for now; it must not be repeated.
     bool Resend(const PeerKey& key, Transaction& transaction, const BACSTAC_ADDRESS& destination, Millis now);

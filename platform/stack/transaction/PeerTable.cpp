@@ -27,6 +27,12 @@ std::size_t PeerKeyHash::operator()(const PeerKey& key) const {
     return static_cast<std::size_t>(hash);
 }
 
+// Another one for each peer: what one has learnt of our ids says nothing of those of the next.
+std::uint8_t PeerTable::FirstId(const PeerKey& key) const {
+    constexpr unsigned HIGHEST_OCTET = 56;
+    return static_cast<std::uint8_t>(((PeerKeyHash{}(key) | 1) * m_idSeed * 0x9E3779B97F4A7C15U) >> HIGHEST_OCTET);
+}
+
 PeerTable::Enter PeerTable::Add(const PeerKey& key, Transaction& transaction, Millis now, Waiter* waitForId) {
     Shard& shard = ShardOf(key);
     const std::lock_guard lock(shard.Mutex);
@@ -34,7 +40,7 @@ PeerTable::Enter PeerTable::Add(const PeerKey& key, Transaction& transaction, Mi
         return Enter::closed;
     std::unique_ptr<Peer>& peer = shard.Peers[key];
     if (!peer)
-        peer = std::make_unique<Peer>();
+        peer = std::make_unique<Peer>(FirstId(key));
     if (!peer->Ids.Take(now, transaction.InvokeId)) {
         if (waitForId != nullptr)
             peer->WaitingForId.push_back(waitForId);

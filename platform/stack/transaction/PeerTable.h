@@ -52,7 +52,8 @@ public:
         Millis Deadline = 0;  // OnTime: when to ask again
     };
 
-    explicit PeerTable(std::uint32_t idRestMs) : m_idRestMs(idRestMs) {}
+    // See TransactionSettings.
+    PeerTable(std::uint32_t idRestMs, std::uint32_t idSeed) : m_idRestMs(idRestMs), m_idSeed(idSeed) {}
     PeerTable(const PeerTable&) = delete;
     PeerTable& operator=(const PeerTable&) = delete;
 
@@ -81,6 +82,7 @@ private:
     static constexpr std::size_t SHARDS = 16;
 
     struct Peer {
+        explicit Peer(std::uint8_t firstId) : Ids(firstId) {}
         InvokeIds Ids;
         std::vector<Transaction*> Active;
         std::vector<Waiter*> WaitingForId; // in the order they came
@@ -91,11 +93,13 @@ private:
         std::unordered_map<PeerKey, std::unique_ptr<Peer>, PeerKeyHash> Peers; // Mutex
     };
 
+    std::uint8_t FirstId(const PeerKey& key) const;
     static Transaction* Find(const Peer& peer, std::uint8_t invokeId);
     Shard& ShardOf(const PeerKey& key) { return m_shards[PeerKeyHash{}(key) % SHARDS]; }
     void Drop(Peer& peer, Transaction& transaction, Millis now, Dispatched& result);
 
     const std::uint32_t m_idRestMs;
+    const std::uint32_t m_idSeed;
     std::atomic<bool> m_closed{false};
     std::array<Shard, SHARDS> m_shards;
 };

@@ -19,6 +19,9 @@ struct TransactionSettings {
     // An invoke id whose request was sent more than once, or never answered, rests this long before it is used again,
     // so that a late answer finds nobody.
     std::uint32_t IdRestMs = 12000;
+    // Where each peer's invoke ids begin. Who may be followed by another process on the same addresses gives a random
+    // one, so that an answer to the other's request finds nobody; 0 begins with id 0.
+    std::uint32_t IdSeed = 0;
     // A thread for each port that receives when no caller does. Only tests that drive everything from one thread go
     // without.
     bool BackgroundThread = true;

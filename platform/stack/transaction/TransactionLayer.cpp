@@ -77,39 +77,24 @@ private:
 
 Outcome TransactionLayer::Impl::FindStation(const BACSTAC_ADDRESS& destination, ICallObserver* observer,
                                             Station& station) {
-    NetworkLayer::Route route = Core.Network.Resolve(destination, station);
-    // A busy router is waited for as long, and then tried all the same: its word that it is available may be lost.
-    const auto pending = [&route] {
-        return route == NetworkLayer::Route::unknown_router || route == NetworkLayer::Route::busy;
-    };
-    if (pending()) {
-        const Millis until = Core.Clock.Now() + Core.Settings.RouterWaitMs;
-        for (Millis now = Core.Clock.Now(); now < until; now = Core.Clock.Now()) {
-            if (Core.Stopping())
-                return Outcome::shutdown;
-            if (observer != nullptr && !observer->KeepWaiting())
-                return Outcome::cancelled;
-            if (route == NetworkLayer::Route::unknown_router)
-                Core.Network.AskForRouter(destination.Network, now);
-            if (!Core.Settings.BackgroundThread)
-                Core.ReceiveAll();
-            else // the announcement comes as a broadcast, which the background threads receive
-                Core.Network.WaitForRoute(destination.Network, std::min(until - now, OBSERVE_MS));
-            route = Core.Network.Resolve(destination, station);
-            if (!pending())
-                break;
-        }
+    Millis now = Core.Clock.Now();
+    const Millis until = now + Core.Settings.RouterWaitMs;
+    LayerCore::Way way = Core.FindWay(destination, now, until, station);
+    while (way == LayerCore::Way::wait) {
+        if (Core.Stopping())
+            return Outcome::shutdown;
+        if (observer != nullptr && !observer->KeepWaiting())
+            return Outcome::cancelled;
+        if (!Core.Settings.BackgroundThread)
+            Core.ReceiveAll();
+        else // the announcement comes as a broadcast, which the background threads receive
+            Core.Network.WaitForRoute(destination.Network, std::min(until - now, OBSERVE_MS));
+        now = Core.Clock.Now();
+        way = Core.FindWay(destination, now, until, station);
     }
-    switch (route) {
-    case NetworkLayer::Route::found:
-    case NetworkLayer::Route::busy:
+    if (way == LayerCore::Way::open)
         return Outcome::simple_ack;
-    case NetworkLayer::Route::unknown_router:
-        return Outcome::no_route;
-    case NetworkLayer::Route::invalid:
-        break;
-    }
-    return Outcome::invalid_address;
+    return way == LayerCore::Way::none ? Outcome::no_route : Outcome::invalid_address;
 }
 
 Outcome TransactionLayer::Impl::Enter(BlockingCall& call, const Arguments& arguments, Millis& now) {

@@ -1,4 +1,5 @@
 #include "platform/stack/transaction/AsyncCaller.h"
+#include "platform/stack/transaction/PeerTable.h"
 #include "platform/stack/transport/BipPort.h"
 #include "tests/unit/stack/net/FakeLink.h"
 #include "tests/unit/stack/net/Frames.h"
@@ -9,6 +10,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <set>
 #include <thread>
 
 using namespace bacnet;
@@ -218,6 +220,24 @@ TEST_F(Scripted, ShutdownEndsWhatIsOutstanding) {
     RunOut();
     for (const TestRequest& request : m_requests)
         EXPECT_EQ(request.Last.How, Outcome::shutdown);
+}
+
+TEST(InvokeIdsOfPeers, BeginWhereTheSeedSays) {
+    std::set<unsigned> first;
+    std::set<unsigned> ofOthers;
+    for (std::uint32_t seed = 1; seed <= 200; ++seed) {
+        const auto firstId = [seed](std::uint32_t peer) {
+            PeerTable table(0, seed);
+            Transaction transaction;
+            EXPECT_EQ(table.Add(PeerKey{peer, 0, {}}, transaction, 0, nullptr), PeerTable::Enter::done);
+            return transaction.InvokeId;
+        };
+        EXPECT_EQ(firstId(7), firstId(7));
+        first.insert(firstId(7));
+        ofOthers.insert(firstId(seed));
+    }
+    EXPECT_GT(first.size(), 100U) << "processes differ";
+    EXPECT_GT(ofOthers.size(), 100U) << "peers differ";
 }
 
 // ---- over real sockets, beside blocking callers

@@ -18,6 +18,15 @@ TEST(InvokeIds, AreGivenOutInTurn) {
     }
 }
 
+TEST(InvokeIds, MayBeginAnywhere) {
+    InvokeIds ids(254);
+    std::uint8_t id = 0;
+    for (const unsigned expected : {254U, 255U, 0U, 1U}) {
+        ASSERT_TRUE(ids.Take(0, id));
+        EXPECT_EQ(id, expected);
+    }
+}
+
 TEST(InvokeIds, ThereAre256AndNoMore) {
     InvokeIds ids;
     std::set<unsigned> taken;

@@ -1,5 +1,6 @@
 // What routers and others say to a station about networks, and what it makes of that.
 #include "platform/stack/network/NetworkLayer.h"
+#include "platform/stack/transaction/AsyncCaller.h"
 #include "platform/stack/transaction/TransactionLayer.h"
 #include "tests/unit/stack/net/FakeLink.h"
 #include "tests/unit/stack/net/Frames.h"
@@ -235,14 +236,31 @@ protected:
         m_layer.OnNpdu(0, {ROUTER, true, frames::I_AM_ROUTER});
         m_layer.OnNpdu(0, {ROUTER, true, frames::Octets{0x01, 0x80, 0x04}});
     }
+    // Of one who does not block.
+    Millis Submit() {
+        struct Request final : AsyncRequest {
+            void OnDone(const CallResult& result) override { EXPECT_EQ(result.How, Outcome::simple_ack); }
+        } request;
+        const Millis begun = m_clock.Now();
+        AsyncCaller caller(*m_transactions);
+        request.Destination = STATION;
+        request.Service = 15;
+        request.Parameters = PARAMETERS;
+        caller.Submit(request);
+        while (caller.Outstanding() != 0)
+            caller.Poll(100);
+        return m_link.Frames.empty() ? -1 : m_link.Frames.front().At - begun;
+    }
     // When the request was sent, milliseconds after the call; -1 when it was not.
     Millis Call() {
         const Millis begun = m_clock.Now();
         AnswerBuffer answer;
-        const CallResult result = m_transactions->Call(STATION, 15, frames::Octets{0x0C}, answer);
+        const CallResult result = m_transactions->Call(STATION, 15, PARAMETERS, answer);
         EXPECT_EQ(result.How, Outcome::simple_ack);
         return m_link.Frames.empty() ? -1 : m_link.Frames.front().At - begun;
     }
+
+    inline static const frames::Octets PARAMETERS{0x0C};
 
     fakes::FakeClock m_clock;
     fakes::FakeLink m_link{m_clock};
@@ -259,6 +277,16 @@ TEST_F(CallsBehindABusyRouter, WaitUntilItIsAvailable) {
 TEST_F(CallsBehindABusyRouter, AreMadeAllTheSameAfterAWhile) {
     EXPECT_EQ(Call(), 3000);
     EXPECT_EQ(m_link.Frames.size(), 1U) << "nobody was asked for another router";
+}
+
+TEST_F(CallsBehindABusyRouter, WaitWithoutBlockingToo) {
+    m_link.Deliver(ROUTER, {0x01, 0x80, 0x05}, 500);
+    EXPECT_EQ(Submit(), 500);
+}
+
+TEST_F(CallsBehindABusyRouter, AreMadeAllTheSameWithoutBlockingToo) {
+    EXPECT_EQ(Submit(), 3000);
+    EXPECT_EQ(m_link.Frames.size(), 1U);
 }
 
 } // namespace
