@@ -6,6 +6,7 @@
 #include "host/StationStore.h"
 #include "host/bacnet/Call.h"
 #include "platform/stack/client/BacnetClient.h"
+#include "platform/stack/schema/VendorNames.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -53,6 +54,8 @@ bool CLocalStation::Open(bool withNetwork, std::string& error) {
         return false;
     }
     BACnet = m_client.get();
+    std::vector<std::string> wrongLines; // which the log of the driver names
+    bacnet::LoadVendorNames(m_folder + "/" + m_config.vendorNamesFile, wrongLines);
     CBacGeneral::SetDirFileName(m_folder + "/" + m_config.directoryFile);
     if (access(CBacGeneral::GetDirFileName().c_str(), F_OK) != 0 || m_client->LoadDir())
         return true;

@@ -5,6 +5,7 @@
 #include "host/NumberJson.h"
 #include "host/bacnet/HexText.h"
 #include "host/bacnet/Names.h"
+#include "host/bacnet/StructureJson.h"
 #include "platform/stack/codec/Elements.h"
 #include "platform/stack/schema/ObjectTypes.h"
 
@@ -79,6 +80,20 @@ Json ElementJson(const BACSTAC_PROPERTY_CONTENTS& contents, BACSTAC_OBJECT_TYPE 
     }
 }
 
+namespace {
+
+// Numbers, enumerations and objects stand for themselves, all else in the form that its type has.
+Json OneJson(const ReadValue& value, const void* element) {
+    const BACSTAC_PROPERTY_CONTENTS& contents = value.contents;
+    const bool isNumber = contents.DataType == TYPE_REAL && std::isfinite(bacnet::LoadAs<float>(element));
+    if (!isNumber && contents.DataType != TYPE_OBJECT_ID)
+        return StructureJson(contents, element);
+    return ElementJson({contents.DataType, const_cast<void*>(element), sizeof(BACSTAC_OBJECT_ID), 1}, value.object.Type,
+                       value.property);
+}
+
+} // namespace
+
 Json ValueJson(const ReadValue& value) {
     const BACSTAC_PROPERTY_CONTENTS& contents = value.contents;
     Json json{{"property", CBACnetDir::GetStdPropName(value.property)}};
@@ -91,20 +106,15 @@ Json ValueJson(const ReadValue& value) {
         json["type"] = "encoded";
         json["value"] = ValueText(value);
     } else if (type != nullptr && !IsWholeList(value)) {
-        json["value"] = ElementJson(contents, value.object.Type, value.property);
+        json["value"] = OneJson(value, contents.Buffer);
     } else if (type != nullptr) {
         Json elements = Json::array();
-        const auto view = bacnet::BufferView::Of(contents);
-        bacnet::ForEachElement(view, *type, 0, contents.ElementCount, [&](const std::uint8_t* element) {
-            // References count from the start of the buffer, so an element that has any is shown as text of the whole.
-            const auto offset = static_cast<std::uint32_t>(element - view.Base);
-            const BACSTAC_PROPERTY_CONTENTS one{contents.DataType, const_cast<std::uint8_t*>(element),
-                                                contents.BufferSize - offset, 1};
-            elements.push_back(type->HasReferences ? Json(nullptr)
-                                                   : ElementJson(one, value.object.Type, value.property));
-            return !type->HasReferences;
-        });
-        json["value"] = type->HasReferences ? Json(nullptr) : std::move(elements);
+        bacnet::ForEachElement(bacnet::BufferView::Of(contents), *type, 0, contents.ElementCount,
+                               [&](const std::uint8_t* element) {
+                                   elements.push_back(OneJson(value, element));
+                                   return true;
+                               });
+        json["value"] = std::move(elements);
     }
     json["text"] = ValueText(value);
     return json;

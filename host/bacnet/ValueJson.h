@@ -30,9 +30,9 @@ struct ReadValue {
 
 std::string ValueText(const ReadValue& value);
 
-// {"property":..,"index":..,"type":..,"value":..,"text":..}: value is a number, true or false, or text as the type
-// asks, an array of these for arrays and lists. A value of a type that is not known here is of type "encoded": its
-// octets with all their tags, in hexadecimal pairs.
+// {"property":..,"index":..,"type":..,"value":..,"text":..}: value is an object as "analog-input:1", all else in the
+// form of platform/stack/value/JsonForm.h, an array of these for arrays and lists; ParseValue takes it. A value of a
+// type that is not known here is of type "encoded": its octets with all their tags, in hexadecimal pairs.
 nlohmann::ordered_json ValueJson(const ReadValue& value);
 
 // One element alone.

@@ -1,10 +1,12 @@
 #include "host/bacnet/ValueText.h"
 
 #include "api/bacnet/BacGeneral.h"
+#include "api/bacnet/PropertyValue.h"
 #include "base/NumberText.h"
 #include "host/BacnetNames.h"
 #include "host/bacnet/HexText.h"
 #include "host/bacnet/PointText.h"
+#include "host/bacnet/StructureJson.h"
 #include "host/bacnet/Words.h"
 #include "platform/stack/schema/Enumerations.h"
 #include "platform/stack/schema/ObjectTypes.h"
@@ -164,6 +166,17 @@ BACSTAC_PROPERTY_CONTENTS CTypedValue::Contents() {
     return {m_type, m_bytes.data(), static_cast<std::uint32_t>(m_bytes.size()), m_count};
 }
 
+bool CTypedValue::Take(const CPropertyValue& value) {
+    CPropertyContents contents(value.GetDataSize());
+    if (!value.WriteTo(contents))
+        return false;
+    m_type = contents.DataType;
+    m_count = contents.ElementCount;
+    const auto* const bytes = static_cast<const std::uint8_t*>(contents.Buffer);
+    m_bytes.assign(bytes, bytes + contents.BufferSize);
+    return true;
+}
+
 // One element after the other into the value.
 class CValueParser {
 public:
@@ -287,11 +300,14 @@ private:
             BACSTAC_DEV_OBJ_PROP_REF reference;
             return ParseReference(text, reference, m_error) && Put(reference);
         }
+        case TYPE_RAW:
+            return Octets(text);
         case TYPE_NONE:
             m_error = "what " + Quoted(text) + " is to be is not clear: put text into double quotes, or give --type";
             return false;
         default:
-            m_error = "a value of type " + NameOf(m_value.m_type) + " cannot be written as text";
+            m_error = "a value of type " + NameOf(m_value.m_type) +
+                      " cannot be written as text: give it as JSON, in the form that read --json shows";
             return false;
         }
     }
@@ -343,6 +359,15 @@ private:
         m_value.m_bytes.insert(m_value.m_bytes.end(), plain.begin(), plain.end());
         m_value.m_bytes.push_back(0);
         ++m_value.m_count;
+        return true;
+    }
+
+    bool Octets(std::string_view text) {
+        std::string octets;
+        if (!ParseHex(text, octets))
+            return Expected(text, "octets with their tags in hexadecimal pairs, as read shows them");
+        m_value.m_bytes.assign(octets.begin(), octets.end());
+        m_value.m_count = static_cast<std::uint32_t>(octets.size());
         return true;
     }
 
@@ -417,5 +442,12 @@ private:
 };
 
 bool ParseValue(std::string_view text, const ValueType& type, CTypedValue& value, std::string& error) {
-    return CValueParser(type, value, error).Parse(type.type == TYPE_STRING ? text : Trimmed(text));
+    if (const auto structure = ParseStructure(text, type, value, error))
+        return *structure;
+    if (type.type == TYPE_STRING && !type.isList)
+        return CValueParser(type, value, error).Parse(text);
+    // A JSON string in double quotes is the text in it, but where quotes are what makes it text.
+    const bool mayBeText = type.type == TYPE_NONE || type.type == TYPE_ANY;
+    const std::string plain = mayBeText ? std::string(text) : Unquoted(text);
+    return CValueParser(type, value, error).Parse(Trimmed(plain));
 }

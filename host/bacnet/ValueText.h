@@ -14,6 +14,8 @@
 //   ai:1                            object identifier
 //   ai:1/pv, 1000/ai:1/pv           references to properties
 //   {a, b}                          lists and arrays of these
+//   {"member": ...}, [a, b]         JSON in the form that read --json shows: every type, and lists and arrays of it
+//   0a1b2c                          a value of a type that is not known here: its octets, as read shows them
 #pragma once
 
 #include "api/bacnet/Enums.h"
@@ -24,6 +26,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+class CPropertyValue;
 
 // What a value has to be.
 struct ValueType {
@@ -44,6 +48,8 @@ public:
     // Valid as long as this object, and until the value is parsed again.
     BACSTAC_PROPERTY_CONTENTS Contents();
     BACSTAC_DATA_TYPE Type() const { return m_type; }
+    // Becomes what the value writes. False when it writes nothing.
+    bool Take(const CPropertyValue& value);
 
 private:
     friend class CValueParser;

@@ -28,9 +28,10 @@ bool TakeValue(CBacnetCall& call, unsigned device, const BACSTAC_OBJECT_ID& obje
         BACSTAC_PROPERTY_CONTENTS contents = buffer.Contents();
         if (call.Stack().ReadProperty(device, object, property.property, property.index, contents, nullptr) ==
                 BACSTAC_OK &&
-            ConvertRaw(contents, object.Type, property.property) && contents.DataType > TYPE_NULL) {
+            (ConvertRaw(contents, object.Type, property.property) || contents.DataType == TYPE_RAW) &&
+            contents.DataType != TYPE_NULL) {
             type.type = contents.DataType;
-            type.isList = type.isList || contents.ElementCount > 1;
+            type.isList = type.isList || (contents.ElementCount > 1 && contents.DataType != TYPE_RAW);
         }
     }
     std::string error;
@@ -93,7 +94,7 @@ constexpr CommandOption WRITE_OPTIONS[] = {
     {"PROPERTY", "property", "As present-value, pv, 85 or priority-array[8]", Arity::Required},
     {"VALUE", "value",
      "As the property's type asks: 21.5, active, true, \"text\", null, 2026-11-21, 14:30:00.00, {in-alarm, fault}, "
-     "ai:1; lists as {a, b}",
+     "ai:1; lists as {a, b}; anything in the JSON form that read --json shows",
      Arity::Required},
     PRIORITY_OPTION,
     {"--type", "type", "Type of the value, where the property's own is not to be taken: real, unsigned, ..."},

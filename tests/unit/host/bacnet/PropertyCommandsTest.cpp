@@ -126,6 +126,18 @@ TEST_P(PropertyCommands, WrongWordsAreWrongUsageAndSendNothing) {
               "bdc: present-value: \"on\" is not one of inactive, active, or a number\n");
 }
 
+TEST_P(PropertyCommands, WriteTakesWhatReadShows) {
+    Device(1000).SetProperty({OBJ_ANALOG_VALUE, 1}, 486, sim::Value::Array({})); // tags
+    const std::string tags = R"([{"name":"room","value":{"character-string":"21G"}},{"name":"id","value":null}])";
+    Output({"write", "1000", "av:1", "tags", tags});
+    const Json read = RunJson({"read", "1000", "av:1", "tags"})["properties"][0];
+    EXPECT_EQ(read["value"], Json::parse(tags));
+    EXPECT_EQ(read["text"], "{{name=room, value=21G}, {name=id, value=none}}");
+    Output({"write", "1000", "av:1", "tags", "[" + read["value"][1].dump() + "]"});
+    EXPECT_EQ(Output({"read", "1000", "av:1", "tags"}), "tags                             {name=id, value=none}\n");
+    EXPECT_EQ(Run({"write", "1000", "av:1", "tags", "room"}).code, 2);
+}
+
 TEST_P(PropertyCommands, WriteAndRelinquishGoThroughThePriorities) {
     Output({"write", "1000", "bo:1", "pv", "active", "--priority", "8"});
     EXPECT_EQ(Output({"read", "1000", "bo:1", "pv", "pa[8]"}),

@@ -121,7 +121,9 @@ TEST(ValueText, ThatDoesNotFitItsTypeIsRefusedWithWhatIsExpected) {
         {"2026-11-21", TYPE_DATE_TIME, "error: \"2026-11-21\" is not a date and time, as 2026-11-21 14:30:00"},
         {"1000/ai:1/pv", TYPE_OBJ_PROP_REF, "error: \"1000/ai:1/pv\" is not a reference within the device, as ai:1/pv"},
         {"1", TYPE_NULL, "error: \"1\" is not null"},
-        {"1", TYPE_DESTINATION, "error: a value of type destination cannot be written as text"},
+        {"1", TYPE_DESTINATION,
+         "error: a value of type destination cannot be written as text: give it as JSON, in the form that "
+         "read --json shows"},
     };
     for (const Row& row : rows)
         EXPECT_EQ(Parsed(row.text, row.type), row.expected) << row.text;
