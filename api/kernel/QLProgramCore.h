@@ -112,6 +112,9 @@ public:
 
     // 232: a folder of the product by number, into a buffer of QL_FOLDER_SIZE bytes.
     virtual QLResult GetProductFolder(int folder, char* buffer, int) = 0;
+    // XosGetHelpPath of the system layer: the folder of the help files with a separator behind it, into a buffer of
+    // QL_FOLDER_SIZE bytes. QL_INVALID_ARGUMENT when there is none.
+    virtual QLResult GetHelpPath(char* buffer) = 0;
     // 303: name of the logged-in user, into a buffer of QL_USER_NAME_SIZE bytes. QL_NO_VALUE, with the buffer as it
     // was, while nobody has logged in.
     virtual QLResult GetCurrentUserName(std::uint8_t gate, char* buffer) = 0;

@@ -85,6 +85,15 @@ bool Kernel::SetProductFolder(int folder, const std::string& path) {
     return true;
 }
 
+bool Kernel::SetHelpPath(const std::string& path) {
+    if (path.size() >= QL_FOLDER_SIZE) {
+        return false;
+    }
+    const std::lock_guard lock(m_lock);
+    m_helpPath = path;
+    return true;
+}
+
 void Kernel::SetTraceMask(unsigned mask) {
     m_traceMask = mask;
 }
@@ -270,6 +279,15 @@ QLResult Kernel::GetProductFolder(int folder, char* buffer, int) {
         return QL_INVALID_ARGUMENT;
     }
     FillBuffer(buffer, QL_FOLDER_SIZE, found->second);
+    return QL_OK;
+}
+
+QLResult Kernel::GetHelpPath(char* buffer) {
+    const std::lock_guard lock(m_lock);
+    if (buffer == nullptr || m_helpPath.empty()) {
+        return QL_INVALID_ARGUMENT;
+    }
+    FillBuffer(buffer, QL_FOLDER_SIZE, m_helpPath);
     return QL_OK;
 }
 

@@ -56,6 +56,7 @@ public:
     void SetStationActive(bool active);
     void SetCurrentUserName(std::string_view name);             // given as far as 87 bytes go
     bool SetProductFolder(int folder, const std::string& path); // false: longer than 259 bytes, and a path is never cut
+    bool SetHelpPath(const std::string& path);                  // likewise; with a separator behind it
     void SetTraceMask(unsigned mask);
     // Sends every connection the exit message, and refuses new ones. Everything else works on, so that whoever is
     // connected can end in order. The destructor must wait until they have.
@@ -79,6 +80,7 @@ public:
     QLResult OpenTagEnumeration(std::uint8_t gate, std::uint32_t& first, std::uint32_t& count, int, int) override;
     QLResult GetTagIdByName(std::uint8_t gate, const char* name, std::uint32_t& tagId) override;
     QLResult GetProductFolder(int folder, char* buffer, int) override;
+    QLResult GetHelpPath(char* buffer) override;
     QLResult GetCurrentUserName(std::uint8_t gate, char* buffer) override;
     void Trace(unsigned level, const char* text) override;
 
@@ -96,4 +98,5 @@ private:
     mutable std::mutex m_lock;
     std::string m_userName;               // guarded by m_lock
     std::map<int, std::string> m_folders; // guarded by m_lock
+    std::string m_helpPath;               // guarded by m_lock
 };

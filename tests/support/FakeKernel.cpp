@@ -194,6 +194,13 @@ QLResult CFakeKernel::GetProductFolder(int folder, char* buffer, int) {
     return Call("GetProductFolder", std::to_string(folder));
 }
 
+QLResult CFakeKernel::GetHelpPath(char* buffer) {
+    const QLResult result = Call("GetHelpPath", "");
+    if (result == QL_OK)
+        CopyText(m_helpPath, buffer, QL_FOLDER_SIZE);
+    return result;
+}
+
 QLResult CFakeKernel::GetCurrentUserName(std::uint8_t gate, char* buffer) {
     const QLResult result = Call("GetCurrentUserName", Text(gate));
     if (result == QL_OK)

@@ -25,6 +25,8 @@ public:
     // Delivered by ReceiveMessage, in this order; without one it answers QL_TIMEOUT at once.
     void QueueMessage(std::vector<unsigned char> message);
 
+    std::string m_helpPath = "/help/"; // what GetHelpPath gives
+
     QLResult GetStationStatus(std::uint8_t handle, std::uint32_t& status) override;
     QLResult GetStationName(std::uint8_t handle, char* buffer, int, int, int, int, int) override;
     QLResult Connect(const char* name, int mode, int option, std::uint8_t& handle) override;
@@ -42,6 +44,7 @@ public:
     QLResult OpenTagEnumeration(std::uint8_t gate, std::uint32_t& first, std::uint32_t& count, int, int) override;
     QLResult GetTagIdByName(std::uint8_t gate, const char* name, std::uint32_t& tagId) override;
     QLResult GetProductFolder(int folder, char* buffer, int) override;
+    QLResult GetHelpPath(char* buffer) override;
     QLResult GetCurrentUserName(std::uint8_t gate, char* buffer) override;
     void Trace(unsigned level, const char* text) override;
 

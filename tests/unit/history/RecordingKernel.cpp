@@ -216,6 +216,11 @@ QLResult RecordingKernel::GetProductFolder(int, char*, int) {
     return QL_INVALID_ARGUMENT;
 }
 
+QLResult RecordingKernel::GetHelpPath(char*) {
+    Record("XosGetHelpPath");
+    return QL_INVALID_ARGUMENT;
+}
+
 QLResult RecordingKernel::GetCurrentUserName(std::uint8_t, char*) {
     Record("303");
     return QL_INVALID_ARGUMENT;

@@ -78,6 +78,7 @@ public:
     QLResult OpenTagEnumeration(std::uint8_t, std::uint32_t&, std::uint32_t&, int, int) override;
     QLResult GetTagIdByName(std::uint8_t, const char*, std::uint32_t&) override;
     QLResult GetProductFolder(int, char*, int) override;
+    QLResult GetHelpPath(char*) override;
     QLResult GetCurrentUserName(std::uint8_t, char*) override;
     void Trace(unsigned level, const char* text) override;
 

@@ -84,6 +84,16 @@ TEST_F(KernelStation, FoldersAreKnownByNumberAndNeverCut) {
     EXPECT_EQ(m_kernel.GetProductFolder(4, nullptr, 0), QL_INVALID_ARGUMENT);
 }
 
+TEST_F(KernelStation, TheHelpPathIsNeverCut) {
+    std::array<char, QL_FOLDER_SIZE> buffer{};
+    EXPECT_EQ(m_kernel.GetHelpPath(buffer.data()), QL_INVALID_ARGUMENT);
+    EXPECT_TRUE(m_kernel.SetHelpPath("/share/help/"));
+    EXPECT_FALSE(m_kernel.SetHelpPath(std::string(QL_FOLDER_SIZE, '/')));
+    ASSERT_EQ(m_kernel.GetHelpPath(buffer.data()), QL_OK);
+    EXPECT_STREQ(buffer.data(), "/share/help/");
+    EXPECT_EQ(m_kernel.GetHelpPath(nullptr), QL_INVALID_ARGUMENT);
+}
+
 TEST_F(KernelStation, TraceKeepsTheLevelsOfItsMask) {
     std::vector<std::string> lines;
     KernelSettings settings = Settings();
