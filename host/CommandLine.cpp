@@ -8,6 +8,7 @@
 #include "host/Demo.h"
 #include "host/HelpText.h"
 #include "host/Output.h"
+#include "host/Program.h"
 #include "host/Render.h"
 #include "host/Run.h"
 #include "host/TimeText.h"
@@ -222,7 +223,7 @@ int Execute(int argc, char** argv) {
     app.formatter(HelpFormatter());
     app.set_version_flag("--version", "bdc " BDC_VERSION);
     app.require_subcommand(1);
-    app.footer(FOOTER);
+    app.footer(std::string(FOOTER) + "\nHelp of the console: " + HelpPath() + "BDC/1.html");
     AddRun(app, invocation);
     AddDemo(app, invocation);
     AddClientCommands(app, invocation);

@@ -7,6 +7,7 @@
 #include "host/DemoPort.h"
 #include "host/DemoSite.h"
 #include "host/Output.h"
+#include "host/Program.h"
 #include "host/Render.h"
 #include "host/Run.h"
 #include "host/Runtime.h"
@@ -22,7 +23,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <random>
 #include <set>
@@ -37,13 +37,6 @@ using Counts = std::map<std::string, std::uint64_t>; // by tag
 constexpr const char* USER = "demo";
 constexpr auto DISCOVERY_TIME = 10s;
 constexpr auto TRANSFER_BEGIN_TIME = 60s;
-
-// This program, as a person can call it.
-std::string ProgramPath() {
-    std::error_code failure;
-    const auto path = std::filesystem::read_symlink("/proc/self/exe", failure);
-    return failure ? std::string("bdc") : path.string();
-}
 
 // What a run has to tell at its end.
 struct Summary {

@@ -3,6 +3,7 @@
 #include "api/bacnet/Log.h"
 #include "host/ControlCommands.h"
 #include "host/DataFolder.h"
+#include "host/Program.h"
 #include "host/StackConfig.h"
 #include "host/Version.h"
 #include "module/console/Globals.h"
@@ -100,6 +101,7 @@ bool CRuntime::OpenKernel(std::string& error) {
     }
     m_kernel = std::make_unique<Kernel>(std::move(settings), *m_history);
     m_kernel->SetStationActive(m_config.stationActive);
+    m_kernel->SetHelpPath(HelpPath());
     m_driver =
         std::make_unique<CFieldDriver>(*m_kernel, m_station, *m_rules, m_settings, m_monitor, m_userManagement,
                                        static_cast<int>(m_config.transferChunk),
