@@ -132,10 +132,9 @@ bool CDemo::Connect(bool show, std::string& error) {
     BDCManager.Lock();
     m_site->AddTo(allPropPages);
     BDCManager.Unlock();
-    if (!m_runtime->Driver().Store()) {
-        error = "the settings cannot be stored";
+    error = m_runtime->Driver().Store();
+    if (!error.empty())
         return false;
-    }
     return (!show || MakeUser(error)) && m_runtime->StartConsole(show, error);
 }
 

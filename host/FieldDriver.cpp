@@ -63,7 +63,12 @@ void CFieldDriver::Disconnect() {
     m_gate = 0;
 }
 
-bool CFieldDriver::Store() {
+std::string CFieldDriver::Store() {
+    std::string failures;
+    const auto fail = [&failures](const std::string& failure) {
+        LogErr("%s", failure.c_str());
+        failures += (failures.empty() ? "" : "\r\n") + failure;
+    };
     try {
         AllPropPages pages;
         std::string stationError;
@@ -76,14 +81,19 @@ bool CFieldDriver::Store() {
         std::string settingsError;
         const bool areSettingsSaved = m_settings.Save(pages, settingsError);
         if (!isStationSaved)
-            LogErr("The station's identity and alarms are not saved: %s", stationError.c_str());
+            fail("The station's identity and alarms are not saved: " + stationError);
         if (!areSettingsSaved)
-            LogErr("Settings are not saved: %s", settingsError.c_str());
-        return isStationSaved && areSettingsSaved;
+            fail("Settings are not saved: " + settingsError);
     } catch (const std::exception& failure) {
-        LogErr("Settings are not saved: %s", failure.what());
-        return false;
+        fail(std::string("Settings are not saved: ") + failure.what());
     }
+    return failures;
+}
+
+void CFieldDriver::SaveSettings() {
+    m_saveFailure = Store();
+    if (!m_saveFailure.empty())
+        m_saveFailure += "\r\nWhat was changed stays in effect, and the next save tries again.";
 }
 
 void CFieldDriver::ReceiveMessages() {

@@ -37,12 +37,13 @@ public:
     // True once the kernel has told that it shuts down.
     bool HasKernelEnded() const { return m_kernelEnded; }
 
-    // Stores allPropPages and what the station keeps, from a copy made under the module lock. False, and logged, when
-    // something could not be stored.
-    bool Store();
+    // Stores allPropPages and what the station keeps, from a copy made under the module lock. Empty, or what could not
+    // be stored and why, which is logged too; "\r\n" between two failures.
+    std::string Store();
 
     const char* GetName() override { return NAME; }
-    void SaveSettings() override { Store(); }
+    void SaveSettings() override;
+    std::string GetSaveFailure() override { return m_saveFailure; }
     CTagList& GetTagList() override { return m_tags; }
     IAlarmConfig& GetAlarmConfig() override { return *this; }
     ISystemAlarmDefinitions& GetSystemAlarmDefinitions() override { return m_station; }
@@ -72,6 +73,7 @@ private:
     const int m_transferChunk;
     const std::function<void(std::uint32_t, double)> m_onTagChange;
     CTagList m_tags;
+    std::string m_saveFailure; // console thread only
     std::uint8_t m_gate = 0;
     std::atomic<bool> m_stopping{false};
     std::atomic<bool> m_kernelEnded{false};

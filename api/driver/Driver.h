@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 class CTagList;
 class IAlarmConfig;
@@ -25,6 +26,9 @@ public:
     // Called after "Save now" and OK, on the console thread without the module lock, once the tabs have written
     // allPropPages. No exception may leave it.
     virtual void SaveSettings() = 0;
+    // What the last SaveSettings could not store and why, for the operator; empty when all is stored. Asked on the same
+    // thread, right behind it.
+    virtual std::string GetSaveFailure() { return {}; }
     // The driver's tag table, filled by the driver, which owns it.
     virtual CTagList& GetTagList() = 0;
     // Alarm rules, event filters and the communication-error alarm.

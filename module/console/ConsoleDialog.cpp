@@ -14,6 +14,7 @@
 #include "module/console/ModuleLock.h"
 #include "module/console/NarrowText.h"
 #include "module/console/Networks.h"
+#include "module/console/Operator.h"
 #include "module/console/PageTabs.h"
 #include "module/icons/Icons.h"
 
@@ -188,6 +189,9 @@ void CBACnetConfConsoleDialog::SaveAll() {
             LogErr("ReportJobs: Failed to save file");
     }
     m_driver.SaveSettings();
+    const std::string failure = m_driver.GetSaveFailure();
+    if (!failure.empty() && consoleWiring.getOperator)
+        ShowError(*consoleWiring.getOperator(), failure);
 }
 
 void CBACnetConfConsoleDialog::ShowHelp() {

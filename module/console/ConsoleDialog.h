@@ -29,7 +29,8 @@ public:
     ~CBACnetConfConsoleDialog() override;
 
     CPageTabs& GetTabs() { return *m_tabs; }
-    // The save steps of "Save now".
+    // The save steps of "Save now". The operator is told what the driver could not store; it stays as it is here, and
+    // the next save tries again.
     void SaveAll();
     // What a left click on the tray icon does.
     void OpenThroughGate();

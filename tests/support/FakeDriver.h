@@ -43,9 +43,11 @@ public:
     CTagList m_tags;
     CFakeUsers m_users{m_events};
     std::function<void()> m_onGetName; // called inside GetName
+    std::string m_saveFailure;         // what GetSaveFailure gives
 
     const char* GetName() override;
     void SaveSettings() override { m_events.Add("SaveSettings()"); }
+    std::string GetSaveFailure() override { return m_saveFailure; }
     CTagList& GetTagList() override { return m_tags; }
     IAlarmConfig& GetAlarmConfig() override { return *this; }
     ISystemAlarmDefinitions& GetSystemAlarmDefinitions() override { return *this; }

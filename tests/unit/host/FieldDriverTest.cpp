@@ -167,11 +167,44 @@ TEST_F(FieldDriver, SavesSettingsAndStation) {
     EXPECT_NE(m_folder.Get("station.json").find("\"changed\""), std::string::npos);
 }
 
-TEST_F(FieldDriver, AnUnwritableFolderIsNoMoreThanAFailure) {
-    std::filesystem::remove_all(m_folder.Path());
+TEST_F(FieldDriver, TellsWhatItCouldNotSaveAndSavesItTheNextTime) {
+    m_driver.SaveSettings();
+    EXPECT_EQ(m_driver.GetSaveFailure(), "");
+    const std::string before = m_folder.Get("settings.dat");
+    BDCManager.Lock();
+    allPropPages.history.flushTag = "Changed";
+    BDCManager.Unlock();
+
+    std::filesystem::create_symlink("/dev/full", m_folder.File("settings.dat.new")); // the disk is full
+    m_driver.SaveSettings();
+    EXPECT_EQ(m_driver.GetSaveFailure().rfind("Settings are not saved: " + m_folder.File("settings.dat.new"), 0), 0U)
+        << m_driver.GetSaveFailure();
+    EXPECT_NE(m_driver.GetSaveFailure().find("No space left on device\r\nWhat was changed stays in effect"),
+              std::string::npos);
+    EXPECT_EQ(m_folder.Get("settings.dat"), before);
+    EXPECT_EQ(allPropPages.history.flushTag, "Changed");
+
+    std::filesystem::remove(m_folder.File("settings.dat.new"));
+    m_driver.SaveSettings();
+    EXPECT_EQ(m_driver.GetSaveFailure(), "");
+    EXPECT_NE(m_folder.Get("settings.dat").find("Changed"), std::string::npos);
+}
+
+TEST_F(FieldDriver, AFolderThatCannotBeWrittenIsToldForBothFiles) {
     m_station.SetDeviceName("changed");
-    EXPECT_FALSE(m_driver.Store());
-    EXPECT_NO_THROW(m_driver.SaveSettings());
+    const std::filesystem::path aside = m_folder.Path() + ".aside";
+    std::filesystem::rename(m_folder.Path(), aside);
+    m_driver.SaveSettings();
+    const std::string failure = m_driver.GetSaveFailure();
+    EXPECT_EQ(failure.rfind("The station's identity and alarms are not saved: " + m_folder.File("station.json"), 0), 0U)
+        << failure;
+    EXPECT_NE(failure.find("\r\nSettings are not saved: " + m_folder.File("settings.dat")), std::string::npos)
+        << failure;
+
+    std::filesystem::rename(aside, m_folder.Path());
+    m_driver.SaveSettings();
+    EXPECT_EQ(m_driver.GetSaveFailure(), "");
+    EXPECT_NE(m_folder.Get("station.json").find("\"changed\""), std::string::npos) << "nothing was lost";
 }
 
 TEST(HistoryMonitor, CountsEndsAndWaitsForThem) {
