@@ -248,9 +248,13 @@ void CBACnetConfConsoleDialog::resizeEvent(QResizeEvent* event) {
 bool CBACnetConfConsoleDialog::event(QEvent* event) {
     if (event->type() != CConsoleEvent::GetType())
         return QDialog::event(event);
-    if (m_run.MayHandle()) {
+    // Not those that are posted meanwhile: other events have their turn too. A loop in a handler may take some.
+    for (std::size_t count = m_run.BeginMessages(); count != 0 && m_run.MayHandle(); --count) {
+        auto message = m_run.TakeMessage();
+        if (!message)
+            break;
         const CHandlerScope scope(m_run);
-        Dispatch(static_cast<CConsoleEvent*>(event)->GetConsoleMessage());
+        Dispatch(*message);
     }
     return true;
 }

@@ -7,6 +7,13 @@
 CConsoleMessage::CConsoleMessage(CConsoleMessage&& other) noexcept
     : m_message(other.m_message), m_wParam(other.m_wParam), m_lParam(std::exchange(other.m_lParam, 0)) {}
 
+CConsoleMessage& CConsoleMessage::operator=(CConsoleMessage&& other) noexcept {
+    std::swap(m_message, other.m_message);
+    std::swap(m_wParam, other.m_wParam);
+    std::swap(m_lParam, other.m_lParam);
+    return *this;
+}
+
 CConsoleMessage::~CConsoleMessage() {
     delete TakeRequest();
 }

@@ -13,7 +13,7 @@ public:
     CConsoleMessage(unsigned message, std::uintptr_t wParam, std::intptr_t lParam)
         : m_message(message), m_wParam(wParam), m_lParam(lParam) {}
     CConsoleMessage(CConsoleMessage&& other) noexcept;
-    CConsoleMessage& operator=(CConsoleMessage&&) = delete;
+    CConsoleMessage& operator=(CConsoleMessage&& other) noexcept; // other holds afterwards what this one held
     ~CConsoleMessage();
 
     unsigned GetMessage() const { return m_message; }

@@ -84,8 +84,28 @@ void CBDCThread::Abandon() {
 
 void CBDCThread::Post(CConsoleMessage message) {
     const std::lock_guard lock(m_mutex);
-    if (m_window && !m_isAbandoned)
-        QCoreApplication::postEvent(m_window, new CConsoleEvent(std::move(message)));
+    if (!m_window || m_isAbandoned)
+        return;
+    m_messages.Push(std::move(message));
+    Wake();
+}
+
+void CBDCThread::Wake() {
+    if (m_messages.Size() != 0 && !std::exchange(m_isWoken, true))
+        QCoreApplication::postEvent(m_window, new CConsoleEvent);
+}
+
+std::size_t CBDCThread::BeginMessages() {
+    const std::lock_guard lock(m_mutex);
+    m_isWoken = false;
+    return m_messages.Size();
+}
+
+std::optional<CConsoleMessage> CBDCThread::TakeMessage() {
+    const std::lock_guard lock(m_mutex);
+    auto message = m_messages.Pop();
+    Wake();
+    return message;
 }
 
 bool CBDCThread::IsAbandoned() const {
@@ -155,6 +175,7 @@ void CBDCThread::Finish() {
     {
         const std::lock_guard lock(m_mutex);
         m_window = nullptr;
+        m_messages = CMessageQueue();
     }
     m_dialog.reset();
     QPixmapCache::clear(); // has a timer of this thread, which must not outlive it when the process ends

@@ -6,6 +6,7 @@
 
 #include "module/console/ConsoleRun.h"
 #include "module/console/ManualResetEvent.h"
+#include "module/console/MessageQueue.h"
 
 #include <memory>
 #include <mutex>
@@ -28,6 +29,10 @@ public:
 
     // The rest is for the console thread.
 
+    // How many messages wait, to be called when the dialog hears that there are some; and the next of them. Those that
+    // are not taken are told of again, so that a loop in a handler serves them too.
+    std::size_t BeginMessages();
+    std::optional<CConsoleMessage> TakeMessage();
     // The dialog calls this in front of each message. False when the run is at its end: the message is without effect.
     bool MayHandle() const;
     // A handler of the dialog is on the stack.
@@ -47,6 +52,7 @@ private:
     void TryDestroy();
     void Finish();
     bool IsAbandoned() const;
+    void Wake(); // needs m_mutex
 
     CDriver& m_driver;
     CGuiThread* m_gui = nullptr;
@@ -61,4 +67,6 @@ private:
     mutable std::mutex m_mutex; // held while a message is posted, so that no post meets a dying dialog
     CBACnetConfConsoleDialog* m_window = nullptr; // m_mutex; null before the dialog is built and from its end on
     bool m_isAbandoned = false;                   // m_mutex
+    CMessageQueue m_messages;                     // m_mutex
+    bool m_isWoken = false;                       // m_mutex; the dialog has been told, and has not begun yet
 };
