@@ -1,10 +1,10 @@
 // Puts the module together: tells the console's core which classes stand behind its interfaces.
 #include "api/driver/Driver.h"
 #include "module/console/App.h"
+#include "module/console/CompiledHelp.h"
 #include "module/console/ConsoleState.h"
 #include "module/console/ConsoleThread.h"
 #include "module/console/Globals.h"
-#include "module/console/GuiDesktop.h"
 #include "module/console/GuiOperator.h"
 #include "module/console/LogFileDialog.h"
 #include "module/console/SystemTray.h"
@@ -25,8 +25,7 @@ namespace {
     consoleWiring.newTray = []() -> std::unique_ptr<ITray> { return std::make_unique<CSystemTray>(); };
     consoleWiring.getOperator = CGuiOperator::Get;
     consoleWiring.showHelp = [](int context) {
-        CGuiDesktop desktop;
-        CBDCApp(BDCManager.GetDriver().GetKernel()).ShowHelp(context, desktop);
+        CBDCApp(BDCManager.GetDriver().GetKernel()).ShowHelp(context, OpenCompiledHelp, *CGuiOperator::Get());
     };
     return true;
 }();

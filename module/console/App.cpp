@@ -2,7 +2,7 @@
 
 #include "api/bacnet/Log.h"
 #include "api/kernel/QLProgramCore.h"
-#include "module/console/Desktop.h"
+#include "module/console/Operator.h"
 
 #include <filesystem>
 #include <system_error>
@@ -26,12 +26,12 @@ std::string CBDCApp::GetHelpFilePath() const {
     return m_helpPath + "BDC.CHM";
 }
 
-void CBDCApp::ShowHelp(int context, IDesktop& desktop) const {
-    if (IsThere(GetHelpFilePath()) && desktop.OpenCompiledHelp(GetHelpFilePath(), context))
+void CBDCApp::ShowHelp(int context, const CompiledHelpOpener& openCompiledHelp, IOperator& op) const {
+    if (IsThere(GetHelpFilePath()) && openCompiledHelp(GetHelpFilePath(), context))
         return;
     const std::string page = m_helpPath + "BDC/" + std::to_string(context) + ".html";
     if (!m_helpPath.empty() && IsThere(page))
-        desktop.Open(page);
+        op.OpenFile(page, {});
     else
         LogDebugInfo("Help: there is no page %s", page.c_str());
 }

@@ -4,9 +4,10 @@
 // for it, a context is the page BDC/CONTEXT.html beside it, made from docs/help.
 #pragma once
 
+#include <functional>
 #include <string>
 
-class IDesktop;
+class IOperator;
 class IQLProgramCore;
 
 class CBDCApp {
@@ -15,8 +16,10 @@ public:
 
     // "BDC.CHM" in the help path.
     std::string GetHelpFilePath() const;
-    // Nothing happens where neither is there: the operator is not bothered with it.
-    void ShowHelp(int context, IDesktop& desktop) const;
+    // Opens a compiled help file on a context; false where there is no viewer.
+    using CompiledHelpOpener = std::function<bool(const std::string& path, int context)>;
+    // Nothing happens where no help is there: the operator is not bothered with it.
+    void ShowHelp(int context, const CompiledHelpOpener& openCompiledHelp, IOperator& op) const;
 
 private:
     std::string m_helpPath; // with a separator behind it; empty when the kernel knows of no help

@@ -1,9 +1,9 @@
 // The help: which file is opened for a context.
 #include "module/console/App.h"
 
-#include "module/console/Desktop.h"
 #include "tests/support/FakeKernel.h"
 #include "tests/support/FakeLog.h"
+#include "tests/support/FakeOperator.h"
 #include "tests/support/TempFolder.h"
 
 #include <gmock/gmock.h>
@@ -12,20 +12,6 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class RecordingDesktop : public IDesktop {
-public:
-    explicit RecordingDesktop(CEventList& events) : m_events(events) {}
-    void Open(const std::string& path) override { m_events.Add("Open " + path); }
-    bool OpenCompiledHelp(const std::string& path, int context) override {
-        m_events.Add("Compiled " + path + " " + std::to_string(context));
-        return m_hasViewer;
-    }
-    bool m_hasViewer = true;
-
-private:
-    CEventList& m_events;
-};
-
 class App : public ::testing::Test {
 protected:
     App() {
@@ -33,7 +19,11 @@ protected:
         std::filesystem::create_directory(m_folder.File("BDC"));
     }
     CEventList::Lines ShowHelp(int context) {
-        CBDCApp(m_kernel).ShowHelp(context, m_desktop);
+        const auto openCompiledHelp = [this](const std::string& path, int asked) {
+            m_events.Add("Compiled " + path + " " + std::to_string(asked));
+            return m_hasViewer;
+        };
+        CBDCApp(m_kernel).ShowHelp(context, openCompiledHelp, m_operator);
         return m_events.Take();
     }
 
@@ -41,7 +31,8 @@ protected:
     CEventList m_events;
     CFakeLog m_log{m_events};
     CFakeKernel m_kernel{m_events};
-    RecordingDesktop m_desktop{m_events};
+    CFakeOperator m_operator{m_events};
+    bool m_hasViewer = true;
 };
 
 TEST_F(App, TheHelpFileLiesInTheKernelsHelpPath) {
@@ -52,8 +43,8 @@ TEST_F(App, TheHelpFileLiesInTheKernelsHelpPath) {
 TEST_F(App, AContextIsAPageBesideTheHelpFile) {
     m_folder.Put("BDC/1.html", "page");
     m_folder.Put("BDC/9.html", "page");
-    EXPECT_THAT(ShowHelp(1), ElementsAre("GetHelpPath()", "Open " + m_folder.File("BDC/1.html")));
-    EXPECT_THAT(ShowHelp(9), ElementsAre("GetHelpPath()", "Open " + m_folder.File("BDC/9.html")));
+    EXPECT_THAT(ShowHelp(1), ElementsAre("GetHelpPath()", "OpenFile(" + m_folder.File("BDC/1.html") + ", )"));
+    EXPECT_THAT(ShowHelp(9), ElementsAre("GetHelpPath()", "OpenFile(" + m_folder.File("BDC/9.html") + ", )"));
 }
 
 TEST_F(App, ACompiledHelpFileComesFirstWhereThereIsAViewer) {
@@ -61,8 +52,8 @@ TEST_F(App, ACompiledHelpFileComesFirstWhereThereIsAViewer) {
     m_folder.Put("BDC/9.html", "page");
     const std::string viewer = "Compiled " + m_folder.File("BDC.CHM") + " 9";
     EXPECT_THAT(ShowHelp(9), ElementsAre("GetHelpPath()", viewer));
-    m_desktop.m_hasViewer = false;
-    EXPECT_THAT(ShowHelp(9), ElementsAre("GetHelpPath()", viewer, "Open " + m_folder.File("BDC/9.html")));
+    m_hasViewer = false;
+    EXPECT_THAT(ShowHelp(9), ElementsAre("GetHelpPath()", viewer, "OpenFile(" + m_folder.File("BDC/9.html") + ", )"));
 }
 
 TEST_F(App, WithoutHelpThereIsALineInTheLogAndNoMore) {
