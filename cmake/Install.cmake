@@ -8,3 +8,4 @@ set_target_properties(bdc bdcsim bdc_module BCNGen PROPERTIES INSTALL_RPATH "$OR
 
 install(DIRECTORY ${PROJECT_BINARY_DIR}/share/bdc/help DESTINATION share/bdc)
 install(FILES packaging/bdc.desktop DESTINATION share/applications)
+install(FILES module/icons/svg/console.svg DESTINATION share/icons/hicolor/scalable/apps RENAME bdc.svg)

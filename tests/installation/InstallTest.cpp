@@ -31,7 +31,8 @@ protected:
 TEST_F(Installation, HoldsProgramsLibrariesHelpAndTheDesktopsEntry) {
     for (const char* const name :
          {"bin/bdc", "bin/bdcsim", "lib/libbdc.so", "lib/libBCNGen.so", "share/bdc/help/BDC/1.html",
-          "share/bdc/help/BDC/9.html", "share/bdc/help/BDC/style.css", "share/applications/bdc.desktop"})
+          "share/bdc/help/BDC/9.html", "share/bdc/help/BDC/style.css", "share/applications/bdc.desktop",
+          "share/icons/hicolor/scalable/apps/bdc.svg"})
         EXPECT_TRUE(std::filesystem::is_regular_file(Path(name))) << name;
 }
 
@@ -50,7 +51,9 @@ TEST_F(Installation, FindsTheHelpBesideItself) {
 }
 
 TEST_F(Installation, TheDesktopsEntryOpensTheConsole) {
-    EXPECT_THAT(m_folder.Get("moved/share/applications/bdc.desktop"), HasSubstr("\nExec=bdc open\n"));
+    const std::string entry = m_folder.Get("moved/share/applications/bdc.desktop");
+    EXPECT_THAT(entry, HasSubstr("\nExec=bdc open\n"));
+    EXPECT_THAT(entry, HasSubstr("\nIcon=bdc\n"));
 }
 
 } // namespace
