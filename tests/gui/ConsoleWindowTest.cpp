@@ -8,9 +8,13 @@
 #include "tests/gui/ConsoleFixture.h"
 #include "tests/support/FakeOperator.h"
 
+#include <QApplication>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTabBar>
+#include <QTreeWidget>
 
 #include <atomic>
 #include <thread>
@@ -289,6 +293,75 @@ TEST_F(ConsoleWindowOf, KeysWalkThroughThePagesWhereverTheFocusIs) {
     OnGui([] { CControls(ConsoleWindow()).Get<QPushButton>("Help").setFocus(); });
     Type(Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(CurrentPage(), PAGE_GENERAL);
+}
+
+// Fields that have a use of their own for keys.
+class FieldsPage : public CConsolePage {
+public:
+    explicit FieldsPage(QWidget* place) : CConsolePage(place) {
+        auto* const list = new QComboBox(this);
+        list->addItems({QStringLiteral("one"), QStringLiteral("two")});
+        auto* const editable = new QComboBox(this);
+        editable->setEditable(true);
+        auto* const text = new QPlainTextEdit(this); // takes Tab for itself
+        for (QWidget* const field : std::initializer_list<QWidget*>{new QLineEdit(this), list, editable, text,
+                                                                    new QTreeWidget(this), new QSpinBox(this)})
+            m_fields.push_back(field);
+    }
+    std::vector<QWidget*> m_fields;
+};
+
+TEST_F(ConsoleWindowOf, KeysWalkThroughThePagesFromInsideAnyField) {
+    consoleWiring.newPage[PAGE_HISTORY] = [](QWidget* place, CDriver&) -> CConsolePage* {
+        return new FieldsPage(place);
+    };
+    Start();
+    Show();
+    const auto count =
+        OnGui([] { return static_cast<FieldsPage*>(consolePages[PAGE_HISTORY].load())->m_fields.size(); });
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto focus = [i] {
+            Console().GetTabs().SelectPage(PAGE_HISTORY);
+            QWidget* const field = static_cast<FieldsPage*>(consolePages[PAGE_HISTORY].load())->m_fields[i];
+            field->setFocus();
+            EXPECT_TRUE(field->hasFocus() || field->isAncestorOf(QApplication::focusWidget())) << i;
+        };
+        OnGui(focus);
+        Type(Qt::Key_Tab, Qt::ControlModifier);
+        EXPECT_EQ(CurrentPage(), PAGE_BACKUP) << i;
+        OnGui(focus);
+        Type(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_EQ(CurrentPage(), PAGE_BROWSER) << i;
+    }
+}
+
+TEST_F(ConsoleWindowOf, AMinimizedWindowStillShowsItsPage) {
+    StartWithPages();
+    Show();
+    OnGui([] { ConsoleWindow()->showMinimized(); });
+    EXPECT_THAT(Settled(), IsEmpty());
+    EXPECT_TRUE(IsVisible());
+    OnGui([] { ConsoleWindow()->showNormal(); });
+    EXPECT_THAT(Settled(), IsEmpty());
+}
+
+TEST_F(ConsoleWindowOf, TheConsoleLivesWithoutAnyWindowOnTheScreen) {
+    StartWithPages();
+    Show();
+    auto* const other = OnGui([] {
+        auto* const window = new QWidget;
+        window->show();
+        return window;
+    });
+    OnGui([] { ConsoleWindow()->close(); });
+    OnGui([other] {
+        other->close(); // the last one
+        delete other;
+    });
+    Settled();
+    BDCManager.ObjectChanged(1, {8, 1});
+    EXPECT_THAT(Settled(), ElementsAre("I: OnObjectChanged(1, (8, 1))"));
+    EXPECT_TRUE(HasWindow());
 }
 
 TEST_F(ConsoleWindowOf, HelpIsAskedForThePageThatIsShown) {

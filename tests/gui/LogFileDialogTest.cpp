@@ -2,14 +2,21 @@
 #include "module/console/LogFileDialog.h"
 #include "module/console/ConsolePage.h"
 #include "module/console/ConsoleState.h"
+#include "module/console/ModuleLock.h"
 #include "module/console/PageTabs.h"
+#include "module/console/SettingsStore.h"
 #include "module/widgets/SpinEdit.h"
 #include "tests/gui/ConsoleFixture.h"
+#include "tests/support/TempFolder.h"
 
 #include <QAbstractButton>
 
+#include <atomic>
+#include <thread>
+
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -125,6 +132,86 @@ TEST_F(LogFilePage, ALevelWithoutAChoiceChecksNoneAndStays) {
     EXPECT_EQ(allPropPages.log.level, 9U);
 }
 
+TEST_F(LogFilePage, EachLevelHasItsChoice) {
+    static constexpr const char* LEVELS[] = {"&Trace", "&Normal", "&Info", "&Low info"};
+    for (std::uint32_t level = 0; level < std::size(LEVELS); ++level) {
+        allPropPages.log.level = level;
+        Start();
+        OnGui([&] {
+            for (std::uint32_t other = 0; other < std::size(LEVELS); ++other)
+                EXPECT_EQ(Button(LEVELS[other]).isChecked(), other == level) << LEVELS[other];
+        });
+        ASSERT_TRUE(Stop());
+        EXPECT_EQ(allPropPages.log.level, level);
+    }
+}
+
+TEST_F(LogFilePage, ALimitThatIsSwitchedOffKeepsItsNumberForTheLogger) {
+    ShowPage();
+    OnGui([] {
+        Page().Press(ONLINE);
+        Save();
+    });
+    EXPECT_THAT(Settled(), Contains("SetLogSizeLimit(false, 1)"));
+    EXPECT_EQ(OnGui([] { return Limit(ONLINE).GetText().toStdString(); }), "1");
+}
+
+TEST_F(LogFilePage, TheThirteenthCategoryGoesIntoTheFileAndNotToTheLogger) {
+    for (const auto& [mask, filter] : {std::pair{0x1FFFU, "\xFF\x0F\x00\x80"}, {0x0FFFU, "\xFF\x0F\x00"}}) {
+        allPropPages.log = {};
+        allPropPages.log.categoryMask = mask;
+        Start();
+        m_events.Take();
+        OnGui(Save);
+        EXPECT_EQ(Settled().back(), "SetFilter(4095)") << mask;
+        const CTempFolder folder;
+        ASSERT_TRUE(storeAllProp(folder.File("settings").c_str(), allPropPages));
+        const std::string file = folder.Get("settings");
+        const std::string header{"\x01\x00\x00\x00\x1C\x00\x00\x00", 8}; // the section and its length
+        const std::size_t section = file.find(header);
+        ASSERT_NE(section, std::string::npos);
+        EXPECT_EQ(file.substr(section + header.size() + 24, 4), std::string(filter, 4)) << mask;
+        ASSERT_TRUE(Stop());
+    }
+}
+
+TEST_F(LogFilePage, TheLoggerIsCalledUnderTheModulesLock) {
+    ShowPage();
+    m_events.Take();
+    int calls = 0;
+    std::vector<std::thread> others; // each asks for the lock inside a call, and must not have it before the save ends
+    std::atomic<int> taken = 0;
+    m_log.m_onEvent = [&](const std::string&) {
+        ++calls;
+        others.emplace_back([&taken] {
+            const CModuleLock lock;
+            ++taken;
+        });
+        std::this_thread::sleep_for(Milliseconds(10));
+        EXPECT_EQ(taken, 0);
+    };
+    OnGui(Save);
+    m_log.m_onEvent = nullptr;
+    EXPECT_EQ(calls, 7);
+    for (std::thread& other : others)
+        other.join();
+    EXPECT_EQ(taken, 7);
+}
+
+TEST_F(LogFilePage, WhatWasLeftWithCancelIsStillThereAndSavedTheNextTime) {
+    ShowPage();
+    OnGui([] {
+        Page().Press(SESSIONS);
+        TypeInto(Limit(SESSIONS), "42");
+        ConsoleWindow()->reject();
+    });
+    EXPECT_EQ(allPropPages.log.historicalSessionLimit, 100);
+    ShowWindow();
+    OnGui([] { CControls(ConsoleWindow()).Press("Save now"); });
+    EXPECT_EQ(allPropPages.log.historicalSessionLimit, 42);
+    EXPECT_THAT(Settled(), Contains("SetHisLogSessionLimit(true, 42)"));
+}
+
 TEST_F(LogFilePage, WhatWasLeftWithCancelIsSavedAtTheEnd) {
     Start();
     Post(WM_CONSOLE_SHOW);
@@ -136,7 +223,7 @@ TEST_F(LogFilePage, WhatWasLeftWithCancelIsSavedAtTheEnd) {
     EXPECT_EQ(allPropPages.log.onlineSizeLimit, 1);
     ASSERT_TRUE(Stop());
     EXPECT_EQ(allPropPages.log.onlineSizeLimit, 7);
-    EXPECT_THAT(m_events.Take(), testing::Contains("SetLogSizeLimit(true, 7)"));
+    EXPECT_THAT(m_events.Take(), Contains("SetLogSizeLimit(true, 7)"));
 }
 
 } // namespace

@@ -9,7 +9,8 @@
 namespace {
 
 std::mutex g_mutex;
-CEventList* g_events = nullptr; // g_mutex
+CFakeLog* g_log = nullptr;      // g_mutex
+CEventList* g_events = nullptr; // g_mutex; its list
 
 void AddLine(const char* kind, const char* format, std::va_list arguments) {
     std::va_list again;
@@ -26,15 +27,25 @@ void AddLine(const char* kind, const char* format, std::va_list arguments) {
 
 CFakeLog::CFakeLog(CEventList& events) {
     const std::lock_guard lock(g_mutex);
+    g_log = this;
     g_events = &events;
 }
 
 CFakeLog::~CFakeLog() {
     const std::lock_guard lock(g_mutex);
+    g_log = nullptr;
     g_events = nullptr;
 }
 
 void CFakeLog::Add(const std::string& event) {
+    std::function<void(const std::string&)> hook;
+    {
+        const std::lock_guard lock(g_mutex);
+        if (g_log)
+            hook = g_log->m_onEvent;
+    }
+    if (hook)
+        hook(event);
     const std::lock_guard lock(g_mutex);
     if (g_events)
         g_events->Add(event);

@@ -4,12 +4,18 @@
 
 #include "tests/support/EventList.h"
 
+#include <functional>
+#include <string>
+
 class CFakeLog {
 public:
     explicit CFakeLog(CEventList& events);
     ~CFakeLog();
     CFakeLog(const CFakeLog&) = delete;
     CFakeLog& operator=(const CFakeLog&) = delete;
+
+    // Called in front of each event, on its thread and with no lock held. Set while nothing is logged.
+    std::function<void(const std::string& event)> m_onEvent;
 
     // For what takes the place of other parts of the log.
     static void Add(const std::string& event);
