@@ -173,7 +173,6 @@ TEST_F(ConsoleSite, ADamagedFileOfUsersLetsNobodyInAndTheJobsGoOn) {
     EXPECT_EQ(m_folder.Get("users"), "bdc-users 1 0123\n{}\n") << "left as it is";
 }
 
-// The manager's settings are written behind the console's back: the folder is gone and comes again.
 TEST_F(ConsoleSite, SettingsThatCannotBeSavedAreToldOnceAndSavedTheNextTime) {
     Start();
     ShowWindow();
