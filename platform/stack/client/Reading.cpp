@@ -13,10 +13,32 @@ namespace {
 
 constexpr std::size_t targetSize = 32; // octets of an encoded PropertyTarget, generously
 constexpr int pollMs = 20;             // between two calls of OnWaitPoll
+constexpr unsigned maxPasses = 3;      // of a range that does not fit
 
 void SetEmpty(BACSTAC_PROPERTY_CONTENTS& contents) {
     contents.DataType = -1;
     contents.ElementCount = 0;
+}
+
+// Negative: backwards. 0 where the whole is asked for.
+std::int32_t CountIn(const BACSTAC_READ_RANGE_SPEC& spec) {
+    switch (spec.Kind) {
+    case BACSTAC_RANGE_BY_POSITION:
+    case BACSTAC_RANGE_BY_SEQUENCE:
+        return spec.ByIndex.Count;
+    case BACSTAC_RANGE_BY_TIME:
+    case BACSTAC_RANGE_BY_TIME_2001:
+        return spec.ByTime.Count;
+    default:
+        return 0;
+    }
+}
+
+// The same range, of fewer items.
+BACSTAC_READ_RANGE_SPEC WithCount(BACSTAC_READ_RANGE_SPEC spec, std::int32_t count) {
+    const bool isByTime = spec.Kind == BACSTAC_RANGE_BY_TIME || spec.Kind == BACSTAC_RANGE_BY_TIME_2001;
+    (isByTime ? spec.ByTime.Count : spec.ByIndex.Count) = count;
+    return spec;
 }
 
 } // namespace
@@ -140,31 +162,40 @@ BACSTAC_STATUS BacnetClient::ReadRange(unsigned device, BACSTAC_OBJECT_ID const&
     if (spec != nullptr)
         range.Range = *spec;
     std::uint8_t request[targetSize + 32];
-    Writer writer(request);
-    if (!EncodeReadRange(range, writer))
+    if (Writer writer(request); !EncodeReadRange(range, writer))
         return BACSTAC_STATUS_INVALID_ARGUMENT;
 
     Peer peer;
     BACSTAC_STATUS status = FindPeer(device, peer);
     if (status != BACSTAC_OK)
         return status;
-    AnswerBuffer answer;
-    status = Exchange(peer, ConfirmedService::readRange, writer.Written(), answer, error, IsOfSameProperty);
-    if (status != BACSTAC_OK)
-        return status;
     ReadRangeAck ack;
-    if (!DecodeReadRangeAck(answer.Octets(), ack) || !Answers(range.Target, ack.Target))
-        return BACSTAC_STATUS_INVALID_ANSWER;
-
     bool dropped = false;
-    const TextScope text(TextEncoding(peer.Address));
-    status = ItemsInto(ack.Items, range.Target, *contents, dropped);
-    if (status != BACSTAC_OK)
-        return status;
-    if (dropped) { // to the caller it is as if the device had sent less
-        SetBitStringBit(ack.Flags, BACSTAC_RANGE_LAST_ITEM, false);
-        SetBitStringBit(ack.Flags, BACSTAC_RANGE_MORE_ITEMS, true);
+    unsigned pass = 0;
+    for (;; ++pass) {
+        Writer writer(request);
+        EncodeReadRange(range, writer);
+        AnswerBuffer answer;
+        SetEmpty(*contents);
+        status = Exchange(peer, ConfirmedService::readRange, writer.Written(), answer, error, IsOfSameProperty);
+        if (status != BACSTAC_OK)
+            return status;
+        if (!DecodeReadRangeAck(answer.Octets(), ack) || !Answers(range.Target, ack.Target))
+            return BACSTAC_STATUS_INVALID_ANSWER;
+        const TextScope text(TextEncoding(peer.Address));
+        status = ItemsInto(ack.Items, range.Target, *contents, dropped);
+        if (status != BACSTAC_OK)
+            return status;
+        // Backwards it is the items next to the reference that are missing: so many as fit are asked for alone.
+        const std::int64_t kept = contents->ElementCount;
+        if (!dropped || kept >= -std::int64_t{CountIn(range.Range)} || pass == maxPasses)
+            break;
+        range.Range = WithCount(range.Range, static_cast<std::int32_t>(-kept));
     }
+    if (dropped) // to the caller it is as if the device had sent less
+        SetBitStringBit(ack.Flags, BACSTAC_RANGE_LAST_ITEM, false);
+    if (dropped || pass != 0)
+        SetBitStringBit(ack.Flags, BACSTAC_RANGE_MORE_ITEMS, true);
     if (resultFlags != nullptr)
         *resultFlags = ack.Flags;
     if (firstSequenceNumber != nullptr && range.Range.Kind != BACSTAC_RANGE_BY_TIME_2001)

@@ -130,6 +130,36 @@ TEST_F(ReadRangeClientTest, KeepsWhatFitsAndSaysThatThereIsMore) {
     EXPECT_EQ(tiny.ElementCount, 0U);
 }
 
+// Backwards the newest records are the last ones of the answer, and those that the caller goes on from.
+TEST_F(ReadRangeClientTest, KeepsWhatIsNextToTheReferenceWhenItReadsBackwards) {
+    Serve(1, [](const Octets& request) { // as many as it is asked for, of 10 records, which are a second apart
+        const unsigned count = 256U - request.at(request.size() - 2);
+        std::string records;
+        for (unsigned second = 10 - count; second < 10; ++second)
+            records += "0E A4 62 03 17 01 B4 13 36 0" + std::to_string(second) + " 00 0F 1E 2C 41 90 00 00 1F ";
+        return std::vector<Octets>{
+            Answer(request, "40", count, records, ("69 0" + std::to_string(11 - count)).c_str())};
+    });
+    for (const std::uint32_t kind : {BACSTAC_RANGE_BY_POSITION, BACSTAC_RANGE_BY_TIME}) {
+        BACSTAC_READ_RANGE_SPEC spec{};
+        spec.Kind = kind;
+        if (kind == BACSTAC_RANGE_BY_POSITION)
+            spec.ByIndex = {10, -5};
+        else
+            spec.ByTime = {{{1998, 0, 3, 23, 0}, {20, 0, 0, 0}}, -5};
+        CPropertyContents contents(3 * sizeof(BACSTAC_LOG_RECORD) + 10);
+        unsigned first = 0;
+        EXPECT_EQ(Read(&spec, contents, &first), BACSTAC_OK);
+        ASSERT_EQ(contents.ElementCount, 3U);
+        const auto* records = static_cast<const BACSTAC_LOG_RECORD*>(contents.Buffer);
+        EXPECT_EQ(records[0].TimeStamp.Time.Second, 7);
+        EXPECT_EQ(records[2].TimeStamp.Time.Second, 9);
+        EXPECT_EQ(first, 8U);
+        EXPECT_TRUE(CBacGeneral::TestBitStringBit(m_flags, BACSTAC_RANGE_LAST_ITEM));
+        EXPECT_TRUE(CBacGeneral::TestBitStringBit(m_flags, BACSTAC_RANGE_MORE_ITEMS)) << "of those that were asked for";
+    }
+}
+
 TEST_F(ReadRangeClientTest, KeepsTheRecordsBeforeADamagedOne) {
     Serve(1, [](const Octets& request) {
         return std::vector<Octets>{Answer(request, "C0", 2, std::string(record) + "0E 21 05 0F")};
