@@ -8,8 +8,8 @@
 #include "host/bacnet/Call.h"
 #include "host/bacnet/Command.h"
 #include "host/bacnet/IAmCollector.h"
-#include "module/browser/Progress.h"
 #include "module/browser/Scan.h"
+#include "module/console/Progress.h"
 #include "platform/stack/client/BacnetClient.h"
 
 #include <fmt/core.h>
@@ -102,9 +102,10 @@ std::string DeviceCountLine(const Json& result) {
 class CCommandProgress : public IProgress {
 public:
     explicit CCommandProgress(const CBacnetCall& call) : m_call(call) {}
-    bool SetProgress(const std::string&, unsigned) override { return Pump(); }
-    bool Pump() override { return !IsCancelled(); }
+    void SetTitle(const std::string&) override {}
+    void SetProgress(const std::string&, unsigned) override {}
     bool IsCancelled() const override { return m_call.IsCancelled(); }
+    void ClearCancelled() override {}
 
 private:
     const CBacnetCall& m_call;

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "api/bacnet/Callbacks.h"
-#include "module/browser/Progress.h"
+#include "module/browser/ProgressSource.h"
 
 #include <memory>
 
@@ -13,12 +13,18 @@ public:
 
     void OnWaitStart() override {
         m_progress = m_source.OpenProgress();
-        m_progress->SetProgress("Waiting for device answer", 0);
+        Serve();
     }
-    int OnWaitPoll() override { return m_progress && m_progress->Pump() && !m_progress->IsCancelled() ? 1 : 0; }
+    int OnWaitPoll() override {
+        if (m_progress)
+            Serve();
+        return m_progress && !m_progress->IsCancelled() ? 1 : 0;
+    }
     void OnWaitEnd() override { m_progress.reset(); }
 
 private:
+    void Serve() { m_progress->SetProgress("Waiting for device answer", 0); }
+
     IProgressSource& m_source;
     std::unique_ptr<IProgress> m_progress;
 };

@@ -129,7 +129,7 @@ void CObjBrowser::OnTimer(BrowserTimer timer) {
 
 void CObjBrowser::RowsChanged() {
     const std::vector<std::int64_t> rows = m_window.GetSelectedRows();
-    if (rows.size() == 1)
+    if (rows.size() == 1 && rows.front() != PropertyRow::ERROR_ID)
         m_selectedProperty = static_cast<BACSTAC_PROPERTY_ID>(rows.front());
 }
 

@@ -6,7 +6,7 @@
 #include "module/browser/BrowserTree.h"
 #include "module/browser/DeviceStatusMonitor.h"
 #include "module/browser/GuiQueue.h"
-#include "module/browser/Progress.h"
+#include "module/browser/ProgressSource.h"
 #include "module/browser/PropertyListReader.h"
 #include "module/browser/Scan.h"
 

@@ -4,7 +4,7 @@
 #include "api/bacnet/Enums.h"
 #include "api/bacnet/Requests.h"
 #include "module/browser/BrowserTree.h"
-#include "module/browser/Progress.h"
+#include "module/console/Progress.h"
 
 #include <array>
 #include <set>
@@ -28,7 +28,14 @@ void CollectType(CBrowserTree& tree, TreeItem& type, Objects& objects) {
     }
 }
 
-// False once the console shuts down. The types are asked for by number, as the tree may change at each pump.
+// Serves the messages that wait. False once the console shuts down: what the operator wishes is not looked at.
+bool Serve(IProgress& progress, std::size_t done, std::size_t count) {
+    progress.SetProgress(TEXT, count == 0 ? 0 : static_cast<unsigned>(done * 100 / count));
+    progress.ClearCancelled();
+    return !progress.IsCancelled();
+}
+
+// The types are asked for by number, as the tree may change whenever messages are served.
 bool Collect(CBrowserTree& tree, unsigned device, IProgress& progress, Objects& objects) {
     std::vector<BACSTAC_OBJECT_TYPE> types;
     if (TreeItem* const item = tree.FindDevice(device))
@@ -39,7 +46,7 @@ bool Collect(CBrowserTree& tree, unsigned device, IProgress& progress, Objects& 
             if (TreeItem* const item = tree.FindType(device, type))
                 CollectType(tree, *item, objects);
         }
-        if (!progress.Pump())
+        if (!Serve(progress, 0, 0))
             return false;
     }
     return true;
@@ -59,13 +66,13 @@ void ShowStatus(CBrowserTree& tree, unsigned device, const BACSTAC_OBJECT_ID& ob
 
 void ReadObjectsStatus(CBacGeneral& bacnet, CBrowserTree& tree, unsigned device, IProgress& progress) {
     Objects objects;
-    if (!progress.SetProgress(TEXT, 0) || !Collect(tree, device, progress, objects))
+    if (!Serve(progress, 0, 0) || !Collect(tree, device, progress, objects))
         return;
     CRPMRequest request(BATCH, PROP_STATUS_FLAGS, BACSTAC_NO_INDEX);
     std::array<BACSTAC_BIT_STRING, BATCH> flags;
     std::size_t done = 0;
     for (const BACSTAC_OBJECT_ID& object : objects) {
-        if (!progress.SetProgress(TEXT, static_cast<unsigned>(done * 100 / objects.size())))
+        if (!Serve(progress, done, objects.size()))
             return;
         BACSTAC_BIT_STRING& room = flags[request.GetItemCnt()];
         room = {};

@@ -5,7 +5,7 @@
 #include "api/bacnet/Enums.h"
 #include "api/bacnet/Log.h"
 #include "module/browser/ObjectReader.h"
-#include "module/browser/Progress.h"
+#include "module/console/Progress.h"
 
 #include <algorithm>
 #include <utility>

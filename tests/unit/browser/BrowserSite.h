@@ -2,7 +2,7 @@
 #pragma once
 
 #include "api/bacnet/Enums.h"
-#include "module/browser/Progress.h"
+#include "module/console/Progress.h"
 #include "tests/support/FakeBacnet.h"
 #include "tests/support/LogSink.h"
 
@@ -22,19 +22,17 @@ class CFakeProgress : public IProgress {
 public:
     explicit CFakeProgress(CEventList& events) : m_events(events) {}
 
-    bool SetProgress(const std::string& text, unsigned percent) override {
+    void SetTitle(const std::string&) override {}
+    void SetProgress(const std::string& text, unsigned percent) override {
         std::string line = std::to_string(percent) + " " + text;
         if (const auto at = line.find("\r\n"); at != std::string::npos)
             line.replace(at, 2, "|");
         m_events.Add(line);
-        return Pump();
-    }
-    bool Pump() override {
         if (m_onPump)
             m_onPump();
-        return !m_isEnding;
     }
-    bool IsCancelled() const override { return m_isCancelled; }
+    bool IsCancelled() const override { return m_isCancelled || m_isEnding; }
+    void ClearCancelled() override { m_isCancelled = false; }
 
     CEventList& m_events;
     std::function<void()> m_onPump;
