@@ -1,5 +1,7 @@
 // Puts the module together: tells the console's core which classes stand behind its interfaces.
+#include "api/bacnet/BacGeneral.h"
 #include "api/driver/Driver.h"
+#include "module/browser/ObjBrowserDlg.h"
 #include "module/console/App.h"
 #include "module/console/CompiledHelp.h"
 #include "module/console/ConsoleState.h"
@@ -21,6 +23,9 @@ namespace {
     consoleWiring.newHistoryStarter = NewHistoryStarter;
     consoleWiring.newPage[PAGE_LOG_FILE] = [](QWidget* place, CDriver&) -> CConsolePage* {
         return new CLogFileDialog(place);
+    };
+    consoleWiring.newPage[PAGE_BROWSER] = [](QWidget* place, CDriver& driver) -> CConsolePage* {
+        return new CObjBrowserDlg(place, driver, *BACnet, *CGuiOperator::Get());
     };
     consoleWiring.newTray = []() -> std::unique_ptr<ITray> { return std::make_unique<CSystemTray>(); };
     consoleWiring.getOperator = CGuiOperator::Get;

@@ -296,8 +296,10 @@ void CBACnetConfConsoleDialog::OnSetupNetworks(CConsoleMessage&) {
 }
 
 void CBACnetConfConsoleDialog::OnObjectChanged(CConsoleMessage& message) {
-    LogInf("OnObjectChanged(%u, (%u, %u))", static_cast<unsigned>(message.GetWParam()),
-           UnpackObjectType(message.GetLParam()), UnpackObjectInstance(message.GetLParam()));
+    const auto device = static_cast<unsigned>(message.GetWParam());
+    const BACSTAC_OBJECT_ID object{UnpackObjectType(message.GetLParam()), UnpackObjectInstance(message.GetLParam())};
+    LogInf("OnObjectChanged(%u, (%u, %u))", device, object.Type, object.Instance);
+    m_tabs->GetPage(PAGE_BROWSER)->ObjectChanged(device, object);
 }
 
 void CBACnetConfConsoleDialog::OnTrayIcon(CConsoleMessage& message) {

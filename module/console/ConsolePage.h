@@ -7,6 +7,8 @@
 
 #include <QWidget>
 
+struct BACSTAC_OBJECT_ID;
+
 class CConsolePage : public QWidget {
     Q_OBJECT
 
@@ -20,6 +22,8 @@ public:
     virtual bool Save() { return true; }
     // The operator left the console with Cancel.
     virtual void Cancelled() {}
+    // A device has told the driver of a change of the object.
+    virtual void ObjectChanged(unsigned /*device*/, const BACSTAC_OBJECT_ID& /*object*/) {}
     // The page comes on the screen or goes from it, by the choice of a tab or with the window. A window that is only
     // minimized counts as on the screen.
     virtual void Shown() {}
