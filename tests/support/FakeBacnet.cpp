@@ -212,11 +212,13 @@ int CFakeBacnet::RegisterIAMCallback(CIAMCallback* callback) {
 }
 
 void CFakeBacnet::UnregisterIAMCallback(int handle) {
+    const std::lock_guard announcing(m_announcing); // none is under way behind this
     const std::lock_guard lock(m_mutex);
     m_callbacks.erase(handle);
 }
 
 void CFakeBacnet::AnnounceDevice(BACSTAC_ADDRESS const& address, unsigned device) {
+    const std::lock_guard announcing(m_announcing);
     std::map<int, CIAMCallback*> callbacks;
     {
         const std::lock_guard lock(m_mutex);

@@ -187,7 +187,8 @@ private:
                                                BACSTAC_READ_RANGE_SPEC const& spec) const;
 
     CEventList& m_events;
-    mutable std::mutex m_mutex; // of all below
+    std::recursive_mutex m_announcing; // held while callbacks are called; in front of m_mutex
+    mutable std::mutex m_mutex;        // of all below
     std::map<unsigned, Device> m_devices;
     std::vector<unsigned> m_deviceOrder;
     std::map<unsigned short, bool> m_enabledNetworks;
