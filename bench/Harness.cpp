@@ -34,6 +34,7 @@ const std::vector<Figure>& Figures() {
         AddReadRangeFigures(all);
         AddCodecFigures(all);
         AddDirectoryFigures(all);
+        AddBrowserFigures(all);
         AddHistoryFigures(all);
         AddTriggerFigures(all);
         AddPeerFigures(all);

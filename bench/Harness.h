@@ -47,6 +47,7 @@ void AddDiscoveryFigures(std::vector<Figure>& figures);
 void AddIsolationFigures(std::vector<Figure>& figures);
 void AddCodecFigures(std::vector<Figure>& figures);
 void AddDirectoryFigures(std::vector<Figure>& figures);
+void AddBrowserFigures(std::vector<Figure>& figures);
 void AddHistoryFigures(std::vector<Figure>& figures);
 void AddTriggerFigures(std::vector<Figure>& figures);
 void AddPeerFigures(std::vector<Figure>& figures);
