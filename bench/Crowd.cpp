@@ -108,6 +108,16 @@ void WaitForWhoIs(int socket) {
     }
 }
 
+void SendAll(int socket, std::span<mmsghdr> headers) {
+    while (!headers.empty()) {
+        const auto batch = static_cast<unsigned>(std::min(kBatch, headers.size()));
+        const int sent = sendmmsg(socket, headers.data(), batch, 0);
+        if (sent <= 0)
+            Fail("the crowd cannot send");
+        headers = headers.subspan(static_cast<std::size_t>(sent));
+    }
+}
+
 void Answer(std::uint32_t count, std::uint16_t port, int pipeEnd) {
     const int socket = Open(port);
     sockaddr_in everybody = SocketAddress(kEverybody, port);
@@ -126,14 +136,11 @@ void Answer(std::uint32_t count, std::uint16_t port, int pipeEnd) {
     if (write(pipeEnd, "!", 1) != 1)
         Fail("the pipe is gone");
     WaitForWhoIs(socket);
-    for (std::size_t sent = 0; sent < headers.size();) {
-        const auto batch = static_cast<unsigned>(std::min(kBatch, headers.size() - sent));
-        const int now = sendmmsg(socket, &headers[sent], batch, 0);
-        if (now <= 0)
-            Fail("the crowd cannot send");
-        sent += static_cast<std::size_t>(now);
-    }
+    // The last one goes alone, so that its time is known. It is taken before: who keeps up has it when the system call
+    // returns.
+    SendAll(socket, std::span(headers).first(count - 1));
     const auto last = std::chrono::steady_clock::now().time_since_epoch().count();
+    SendAll(socket, std::span(headers).last(1));
     if (write(pipeEnd, &last, sizeof last) != sizeof last)
         Fail("the pipe is gone");
     pause();

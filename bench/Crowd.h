@@ -17,7 +17,7 @@ public:
     Crowd(const Crowd&) = delete;
     Crowd& operator=(const Crowd&) = delete;
 
-    // Waits for the answer to the first Who-Is: when the last I-Am had been sent.
+    // Waits for the answer to the first Who-Is: when the last I-Am was given to the system.
     std::chrono::steady_clock::time_point LastSent();
 
 private:
