@@ -37,6 +37,7 @@ const std::vector<Figure>& Figures() {
         AddBrowserFigures(all);
         AddHistoryFigures(all);
         AddTriggerFigures(all);
+        AddConsoleFigures(all);
         AddPeerFigures(all);
         return all;
     }();

@@ -50,6 +50,7 @@ void AddDirectoryFigures(std::vector<Figure>& figures);
 void AddBrowserFigures(std::vector<Figure>& figures);
 void AddHistoryFigures(std::vector<Figure>& figures);
 void AddTriggerFigures(std::vector<Figure>& figures);
+void AddConsoleFigures(std::vector<Figure>& figures);
 void AddPeerFigures(std::vector<Figure>& figures);
 
 } // namespace bench

@@ -132,7 +132,7 @@ std::string CIncludeRules::ProjectFault(const SourceFile& file, const std::strin
 
 std::string CIncludeRules::LibraryFault(const SourceFile& file, const std::string& target) const {
     if (IsQt(target)) {
-        const bool allowed = IsUi(file.path) || BelowAny(file.path, {"host", "tests"});
+        const bool allowed = IsUi(file.path) || BelowAny(file.path, {"bench/console", "host", "tests"});
         return allowed ? std::string() : "Qt is for the sources of a ui library, not <" + target + "> here";
     }
     for (const LibraryRule& rule : LibraryRules()) {

@@ -1,0 +1,172 @@
+// bdc-bench-console WHAT: the loadable module's console in a process of its own, for the figures of bdc-bench. Prints
+// one line of numbers and ends. WHAT is
+//   start   milliseconds until Start has returned, with the hidden console and its nine pages
+//   post    microseconds from PostMessageW to the handler: the median of many posts to an idle console
+//   idle    milliseconds of processor time in a second, and the process's resident megabytes
+#include "api/bacnet/Log.h"
+#include "module/console/Globals.h"
+#include "module/console/Messages.h"
+#include "tests/support/FakeDriver.h"
+#include "tests/support/FakeKernel.h"
+
+#include <QApplication>
+#include <QTabWidget>
+
+#include <fmt/format.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <mutex>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr std::uint32_t kPatience = 30000; // ms
+constexpr int kPages = 9;
+constexpr int kWarmUp = 50;
+constexpr int kPosts = 500;
+constexpr auto kPause = 2ms; // between posts: each one finds the console asleep
+constexpr auto kIdle = 2s;
+
+[[noreturn]] void Fail(const char* reason) {
+    fmt::print(stderr, "bdc-bench-console: {}\n", reason);
+    std::_Exit(2);
+}
+
+class Console {
+public:
+    Console() { BDCManager.Start(&m_driver, kPatience); }
+    ~Console() {
+        BDCManager.InitiateShutdownW();
+        if (!BDCManager.WaitEnd(kPatience))
+            Fail("the console does not end");
+    }
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+
+    // Otherwise a figure would tell of something else.
+    static void Check() {
+        bool asExpected = false;
+        QMetaObject::invokeMethod(
+            qApp,
+            [&] {
+                for (const QWidget* const window : QApplication::topLevelWidgets())
+                    if (const auto* const tabs = window->findChild<QTabWidget*>())
+                        asExpected = tabs->count() == kPages && !window->isVisible();
+            },
+            Qt::BlockingQueuedConnection);
+        if (!asExpected)
+            Fail("there is no hidden console with nine pages");
+    }
+
+private:
+    CEventList m_events;
+    CFakeKernel m_kernel{m_events};
+    CFakeDriver m_driver{m_events, m_kernel};
+};
+
+// Notes when the console's thread logs a message that it handles.
+class Handled final : public CQilBAC_ErrLog::ISink {
+public:
+    void OnLine(CQilBAC_ErrLog::KIND, const std::string& text) override {
+        const auto now = Clock::now();
+        if (!text.starts_with("OnObjectChanged"))
+            return;
+        const std::lock_guard lock(m_mutex);
+        m_at = now;
+        m_changed.notify_all();
+    }
+    Clock::time_point Wait() {
+        std::unique_lock lock(m_mutex);
+        if (!m_changed.wait_for(lock, 10s, [this] { return m_at != Clock::time_point(); }))
+            Fail("a message is not handled");
+        return std::exchange(m_at, {});
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    Clock::time_point m_at; // m_mutex
+};
+
+template <class Unit>
+double Since(Clock::time_point from, Clock::time_point to) {
+    return std::chrono::duration<double, Unit>(to - from).count();
+}
+
+double Start() {
+    const auto begin = Clock::now();
+    const Console console;
+    const auto end = Clock::now();
+    Console::Check();
+    return Since<std::milli>(begin, end);
+}
+
+double Post() {
+    const auto handled = std::make_shared<Handled>();
+    CQilBAC_ErrLog::Instance().SetSink(handled);
+    const Console console;
+    Console::Check();
+    std::vector<double> times;
+    for (int post = 0; post < kWarmUp + kPosts; ++post) {
+        std::this_thread::sleep_for(kPause);
+        const auto begin = Clock::now();
+        BDCManager.PostMessageW(WM_CONSOLE_OBJECTCHANGED, 1, PackObjectId(8, 1));
+        const auto end = handled->Wait();
+        if (post >= kWarmUp)
+            times.push_back(Since<std::micro>(begin, end));
+    }
+    const auto median = times.begin() + kPosts / 2;
+    std::ranges::nth_element(times, median);
+    return *median;
+}
+
+double ProcessorTime() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+double ResidentMegabytes() {
+    std::size_t size = 0;
+    std::size_t resident = 0;
+    std::ifstream("/proc/self/statm") >> size >> resident;
+    return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
+std::array<double, 2> Idle() {
+    const Console console;
+    Console::Check();
+    const double before = ProcessorTime();
+    std::this_thread::sleep_for(kIdle);
+    return {(ProcessorTime() - before) / std::chrono::duration<double>(kIdle).count(), ResidentMegabytes()};
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::string_view what = argc == 2 ? argv[1] : "";
+    if (what == "start") {
+        fmt::print("{}\n", Start());
+    } else if (what == "post") {
+        fmt::print("{}\n", Post());
+    } else if (what == "idle") {
+        const auto [time, memory] = Idle();
+        fmt::print("{} {}\n", time, memory);
+    } else {
+        Fail("start, post or idle");
+    }
+    return 0;
+}
