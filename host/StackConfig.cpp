@@ -4,6 +4,9 @@
 #include "host/StationStore.h"
 #include "host/Version.h"
 
+#include <algorithm>
+#include <cstdint>
+
 bacnet::ClientConfig StackConfigOf(const Config& config, const std::string& folder, CStationStore& station) {
     bacnet::ClientConfig stack;
     for (const DeviceConfig& device : config.devices) {
@@ -22,6 +25,9 @@ bacnet::ClientConfig StackConfigOf(const Config& config, const std::string& fold
     }
     stack.Transactions.TimeoutMs = config.stack.apduTimeout;
     stack.Transactions.Retries = static_cast<std::uint8_t>(config.stack.retries);
+    // Who wants an answer soon does not wait longer for the way to it.
+    stack.Transactions.RouterWaitMs = static_cast<std::uint32_t>(
+        std::min<std::uint64_t>(stack.Transactions.RouterWaitMs, stack.Transactions.PatienceMs()));
     if (!config.stack.capture.empty())
         stack.CaptureFile = folder + "/" + config.stack.capture;
     stack.CaptureLimit = std::uint64_t{config.stack.captureLimit} << 20;

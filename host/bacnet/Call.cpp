@@ -18,7 +18,7 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-constexpr auto ANSWER_TIME = 3s; // for the I-Am of one device
+constexpr std::chrono::milliseconds ANSWER_TIME = 3s; // for the I-Am of one device; less when requests are given less
 constexpr auto ASK_AGAIN = 1s;
 constexpr auto LOOK_AGAIN = 20ms;
 
@@ -130,10 +130,12 @@ bool CBacnetCall::FindInstance(unsigned instance) {
         return true;
     const BACSTAC_ADDRESS everywhere{1, 0, BACSTAC_ALL_NETWORKS, {}, 0};
     const auto begin = std::chrono::steady_clock::now();
+    const std::chrono::milliseconds patience(Stack().Transactions().Settings().PatienceMs());
+    const auto end = begin + std::min(ANSWER_TIME, patience);
     auto askAt = begin;
     while (!Stack().FindDev(instance)) {
         const auto now = std::chrono::steady_clock::now();
-        if (now - begin >= ANSWER_TIME)
+        if (now >= end)
             return Fail(DeviceName(instance) + " is not known and does not answer Who-Is");
         if (now >= askAt) {
             const BACSTAC_STATUS status = Stack().WhoIs(everywhere, instance, instance);

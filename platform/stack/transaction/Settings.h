@@ -9,6 +9,7 @@ namespace bacnet {
 struct TransactionSettings {
     std::uint32_t TimeoutMs = 3000; // APDU timeout of one attempt
     std::uint8_t Retries = 3;       // attempts after the first
+    std::uint64_t PatienceMs() const { return std::uint64_t{TimeoutMs} * (1U + Retries); } // of all attempts
     // A window of a segmented request is repeated after this time, as often as Retries says; a segmented answer, or
     // request of another station, has stopped after four times this (clauses 5.4.4.2, 5.4.4.3, 5.4.5.2).
     std::uint32_t SegmentTimeoutMs = 2000;

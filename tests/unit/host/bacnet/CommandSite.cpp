@@ -67,7 +67,7 @@ CommandSite::CommandSite() {
 void CommandSite::StartSite() {
     m_data.Put("bdc.toml", "[[network]]\nbind = \"" + m_block.Text(250) +
                                "\"\nport = " + std::to_string(m_block.Port()) +
-                               "\nbroadcast = \"127.255.255.255\"\n[stack]\napdu_timeout_ms = 1000\nretries = 2\n");
+                               "\nbroadcast = \"127.255.255.255\"\n[stack]\napdu_timeout_ms = 400\nretries = 2\n");
     m_simulator = std::make_unique<sim::Simulator>(m_config);
     std::string error;
     ASSERT_TRUE(m_simulator->Start(error)) << error;
