@@ -53,7 +53,7 @@ public:
     };
 
     // See TransactionSettings.
-    PeerTable(std::uint32_t idRestMs, std::uint32_t idSeed) : m_idRestMs(idRestMs), m_idSeed(idSeed) {}
+    explicit PeerTable(std::uint32_t idRestMs, std::uint32_t idSeed = 0) : m_idRestMs(idRestMs), m_idSeed(idSeed) {}
     PeerTable(const PeerTable&) = delete;
     PeerTable& operator=(const PeerTable&) = delete;
 
