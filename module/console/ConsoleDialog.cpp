@@ -22,6 +22,7 @@
 #include <QCursor>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QStyle>
 
@@ -132,6 +133,10 @@ void CBACnetConfConsoleDialog::PlaceControls() {
     m_anchoredSize = QSize(margins.left() + tabs.width() + margins.right(), at.y() + height + margins.bottom());
     setMinimumSize(m_anchoredSize);
     resize(m_anchoredSize);
+    // Also hidden it stands in the middle of the screen, since its dialogs stand in the middle of it.
+    const QRect screen = QDialog::screen()->availableGeometry();
+    const QPoint middle = screen.center() - rect().center();
+    move(std::max(middle.x(), screen.left()), std::max(middle.y(), screen.top()));
 }
 
 void CBACnetConfConsoleDialog::MakeKeys() {

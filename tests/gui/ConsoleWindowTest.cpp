@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QSpinBox>
 #include <QTabBar>
 #include <QTreeWidget>
@@ -416,6 +417,17 @@ TEST_F(ConsoleWindowOf, ControlsFollowTheSizeOfTheWindow) {
     EXPECT_EQ(restored.ok, after.ok);
     OnGui([] { ConsoleWindow()->resize(10, 10); });
     EXPECT_EQ(look().window, before.least);
+}
+
+TEST_F(ConsoleWindowOf, DialogsOfTheHiddenConsoleStandInTheMiddleOfTheScreen) {
+    StartWithPages();
+    OnGui([] {
+        QDialog dialog(ConsoleWindow());
+        dialog.resize(300, 200);
+        dialog.show();
+        const QPoint offset = dialog.geometry().center() - dialog.screen()->availableGeometry().center();
+        EXPECT_LT(offset.manhattanLength(), 50); // but for frames
+    });
 }
 
 TEST_F(ConsoleWindowOf, ALeftClickOpensThroughTheGate) {
