@@ -7,7 +7,10 @@
 #include "module/console/ConsoleState.h"
 #include "module/console/Operator.h"
 #include "module/console/PageTabs.h"
+#include "module/console/PasswordInput.h"
+#include "module/console/ProgressBarDlg.h"
 #include "module/console/SelectTagDlg.h"
+#include "module/widgets/InputDlg.h"
 #include "tests/gui/ConsoleFixture.h"
 #include "tests/support/TempFolder.h"
 
@@ -50,6 +53,23 @@ void ShowAbout(const Look& look) {
 void ShowSelectTag(const Look& look) {
     CSelectTagDlg dialog(ConsoleWindow(), "Flush trend logs");
     ShowDialog(dialog, look, "select trigger tag");
+}
+
+void ShowInput(const Look& look) {
+    std::uint32_t period = 5;
+    CInputDlg dialog(ConsoleWindow(), {QStringLiteral("Refresh period"), QStringLiteral("s"), 5, 3600}, &period);
+    ShowDialog(dialog, look, "input");
+}
+
+void ShowPassword(const Look& look) {
+    CPasswordInput dialog(ConsoleWindow(), "secret");
+    ShowDialog(dialog, look, "password");
+}
+
+void ShowProgress(const Look& look) {
+    CProgressBarDlg dialog(ConsoleWindow());
+    dialog.SetProgress("Reading (Boiler, 10) name & description", 40);
+    look(dialog, "progress");
 }
 
 class CLoginScene {
@@ -100,8 +120,8 @@ void ShowBoxes(const Look& look) {
 
 const std::vector<Scene>& AllScenes() {
     static const std::vector<Scene> SCENES{
-        {"Pages", ShowPages}, {"About", ShowAbout}, {"SelectTag", ShowSelectTag},
-        {"Login", ShowLogin}, {"Boxes", ShowBoxes},
+        {"Pages", ShowPages}, {"About", ShowAbout},       {"SelectTag", ShowSelectTag}, {"Input", ShowInput},
+        {"Login", ShowLogin}, {"Password", ShowPassword}, {"Progress", ShowProgress},   {"Boxes", ShowBoxes},
     };
     return SCENES;
 }
