@@ -20,8 +20,11 @@ struct Word {
 };
 
 constexpr Word<bacnet::ConfirmedService> SERVICES[] = {
+    {"acknowledge-alarm", bacnet::ConfirmedService::acknowledgeAlarm},
     {"get-alarm-summary", bacnet::ConfirmedService::getAlarmSummary},
     {"get-enrollment-summary", bacnet::ConfirmedService::getEnrollmentSummary},
+    {"subscribe-cov", bacnet::ConfirmedService::subscribeCov},
+    {"subscribe-cov-property", bacnet::ConfirmedService::subscribeCovProperty},
     {"atomic-read-file", bacnet::ConfirmedService::atomicReadFile},
     {"atomic-write-file", bacnet::ConfirmedService::atomicWriteFile},
     {"add-list-element", bacnet::ConfirmedService::addListElement},

@@ -25,6 +25,7 @@ void Automation::FindObjects() {
     Do([this] {
         m_schedules.FindObjects();
         m_events.FindObjects();
+        m_subscriptions.FindObjects();
         m_schedules.OnTime();
     });
 }
@@ -36,10 +37,17 @@ void Automation::OnChange(BACSTAC_OBJECT_ID object, BACSTAC_PROPERTY_ID property
     Settle();
 }
 
+PropertyError Automation::Subscribe(const CovRequest& request) {
+    const PropertyError error = m_subscriptions.Subscribe(request);
+    Settle();
+    return error;
+}
+
 void Automation::OnTime() {
     Do([this] {
         m_schedules.OnTime();
         m_events.OnTime();
+        m_subscriptions.OnTime();
     });
 }
 
@@ -53,10 +61,12 @@ void Automation::Settle() {
         if (Object* object = m_device.Find(change.Object)) {
             m_schedules.OnChange(*object, change.Property);
             m_events.OnChange(*object, change.Property);
+            m_subscriptions.OnChange(*object);
         }
     }
     m_changes.clear();
     m_settling = false;
+    m_isAtWork = !m_schedules.Empty() || m_events.IsWaiting() || m_subscriptions.IsWaiting();
 }
 
 } // namespace sim

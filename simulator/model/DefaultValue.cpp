@@ -21,6 +21,7 @@ using bacnet::Writer;
 
 constexpr BACSTAC_DATE FIRST_OF_MAY{2026, 0, 5, 1, 5};
 constexpr BACSTAC_TIME EIGHT{8, 0, 0, 0};
+constexpr std::uint8_t ANY_DATES[] = {0xA4, 0xFF, 0xFF, 0xFF, 0xFF, 0xA4, 0xFF, 0xFF, 0xFF, 0xFF};
 constexpr float REAL_DEFAULT = 20.0F;
 constexpr std::uint8_t AN_ADDRESS[] = {10, 0, 0, 1, 0xBA, 0xC0};
 
@@ -167,6 +168,10 @@ std::optional<Value> Known(BACSTAC_OBJECT_ID object, BACSTAC_PROPERTY_ID propert
         return Value::BitString(2, {0, 1});
     case PROP_EVENT_DETECTION_ENABLE:
         return Value::Boolean(true);
+    case PROP_EFFECTIVE_PERIOD: // always
+        return Value::Encoded(ANY_DATES);
+    case PROP_PRIORITY_FOR_WRITING:
+        return Value::Unsigned(PRIORITIES);
     case PROP_NUMBER_OF_STATES:
         return Value::Unsigned(4);
     case PROP_CURRENT_COMMAND_PRIORITY:

@@ -46,7 +46,7 @@ Device::Device(const DeviceConfig& config, std::function<LocalTime()> clock)
     }
     if (m_config.Backup)
         AddBackup();
-    FindObjects();
+    m_automation.FindObjects();
 }
 
 Device::~Device() = default;
@@ -66,11 +66,6 @@ bool Device::Insert(std::unique_ptr<Object> object) {
 
 void Device::NoteChange() {
     Find(Id())->Set(PROP_DATABASE_REVISION, Value::Unsigned(++m_databaseRevision));
-}
-
-void Device::FindObjects() {
-    m_automation.FindObjects();
-    m_isAtWork = !m_automation.Empty();
 }
 
 Object* Device::Find(BACSTAC_OBJECT_ID id) const {
@@ -177,7 +172,7 @@ bool Device::AddObject(const ObjectConfig& config) {
     if (!Insert(std::move(object)))
         return false;
     NoteChange();
-    FindObjects();
+    m_automation.FindObjects();
     return true;
 }
 
@@ -193,7 +188,7 @@ void Device::Erase(BACSTAC_OBJECT_ID id) {
     std::erase_if(m_objects, [&](const Entry& entry) { return entry.Key == KeyOf(id); });
     std::erase(m_objectList, id);
     NoteChange();
-    FindObjects();
+    m_automation.FindObjects();
 }
 
 // Deletes what it creates.
@@ -231,7 +226,7 @@ PropertyError Device::Create(const ObjectConfig& config) {
     if (!Insert(MakeObject(named)))
         return {CLASS_OBJECT, CODE_OBJECT_IDENTIFIER_ALREADY_EXISTS};
     NoteChange();
-    FindObjects();
+    m_automation.FindObjects();
     return {};
 }
 

@@ -115,7 +115,7 @@ public:
     Stats GetStats() const;
 
     // Whether Run may have something to do.
-    bool IsAtWork() const { return m_isAtWork; }
+    bool IsAtWork() const { return m_automation.IsAtWork(); }
     // What the device wants to have sent, in order; the newest thousand when nobody takes them.
     std::vector<Message> TakeMessages();
     bool HasMessages() const { return m_hasMessages; }
@@ -138,6 +138,9 @@ public:
     void Post(Message message);
     void LogEvent(const LogRecord& record); // in all event logs
     EventMonitor& Events() { return m_automation.Events(); }
+    PropertyError Subscribe(const CovRequest& request) { return m_automation.Subscribe(request); }
+    void Unsubscribe(const CovRequest& request) { m_automation.Cov().Cancel(request); }
+    const Subscriptions& Cov() const { return m_automation.Cov(); }
     // Whether the reference is to one of its own objects, there or not.
     bool IsOwn(const BACSTAC_DEV_OBJ_PROP_REF& reference) const;
     // Creation and deletion by a client. The identifier is that of the specifier, or the first one free.
@@ -187,7 +190,6 @@ private:
     void Erase(BACSTAC_OBJECT_ID id);
     bool Insert(std::unique_ptr<Object> object);
     void NoteChange(); // of the object list: Database_Revision
-    void FindObjects();
 
     struct Entry {
         std::uint32_t Key;
@@ -207,7 +209,6 @@ private:
     LocalTime m_communicationUntil = 0; // uptime; 0: until further notice
     std::uint32_t m_systemStatus = 0;
     Automation m_automation{*this};
-    std::atomic<bool> m_isAtWork = false;
     std::deque<Message> m_messages;
     std::atomic<bool> m_hasMessages = false;
     BackupProcedure m_backup;

@@ -9,7 +9,11 @@ namespace sim {
 namespace {
 
 // The last one is that of devices with a backup procedure.
-constexpr BACSTAC_PROPERTY_ID COMPUTED[] = {PROP_OBJECT_LIST, PROP_LOCAL_TIME, PROP_LOCAL_DATE, PROP_SYSTEM_STATUS,
+constexpr BACSTAC_PROPERTY_ID COMPUTED[] = {PROP_OBJECT_LIST,
+                                            PROP_LOCAL_TIME,
+                                            PROP_LOCAL_DATE,
+                                            PROP_SYSTEM_STATUS,
+                                            PROP_ACTIVE_COV_SUBSCRIPTIONS,
                                             PROP_BACKUP_AND_RESTORE_STATE};
 
 } // namespace
@@ -32,6 +36,9 @@ std::optional<PropertyError> DeviceObject::Compute(BACSTAC_PROPERTY_ID property,
         break;
     case PROP_LOCAL_DATE:
         to.Date(ToDateTime(m_device.Now()).Date);
+        break;
+    case PROP_ACTIVE_COV_SUBSCRIPTIONS:
+        m_device.Cov().Write(to);
         break;
     case PROP_SYSTEM_STATUS:
         to.Enumerated(m_device.SystemStatus());

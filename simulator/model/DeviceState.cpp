@@ -133,6 +133,7 @@ void Device::NoteRestart(RestartReason reason) {
     m_communication = Communication::enabled;
     m_communicationUntil = 0;
     m_backup.Reset();
+    m_automation.Cov().Clear();
     Object& device = *Find(Id());
     device.Set(PROP_LAST_RESTART_REASON, Value::Enumerated(static_cast<std::uint32_t>(reason)));
     device.Set(PROP_TIME_OF_DEVICE_RESTART, Value::TimeStamp(ToDateTime(Now())));

@@ -102,19 +102,21 @@ std::string MessageFor(const Object& object, Transition transition, std::uint32_
 void EventMonitor::FindObjects() {
     std::vector<Source> sources;
     std::vector<BACSTAC_OBJECT_ID> added;
+    m_enrollments.clear();
     for (const BACSTAC_OBJECT_ID& id : m_device.Objects()) {
-        const Object& object = *m_device.Find(id);
-        if (object.Find(PROP_EVENT_ENABLE) == nullptr ||
-            (id.Type != OBJ_EVENT_ENROLLMENT && OwnAlgorithm(id) == nullptr))
+        const bool isEnrollment = id.Type == OBJ_EVENT_ENROLLMENT;
+        if (m_device.Find(id)->Find(PROP_EVENT_ENABLE) == nullptr || (!isEnrollment && OwnAlgorithm(id) == nullptr))
             continue;
-        if (const Source* known = FindSource(id)) {
-            sources.push_back(*known);
-            continue;
-        }
-        sources.push_back({id, {}, {}, false, EVENT_NORMAL, 0});
-        added.push_back(id);
+        const Source* known = FindSource(id);
+        sources.push_back(known != nullptr ? *known : Source{id, {}, {}, false, EVENT_NORMAL, 0});
+        if (known == nullptr)
+            added.push_back(id);
+        if (isEnrollment)
+            m_enrollments.push_back(id);
     }
+    std::ranges::sort(sources, {}, &Source::Id);
     m_sources = std::move(sources);
+    m_waiting = static_cast<std::size_t>(std::ranges::count(m_sources, true, &Source::Waits));
     for (const BACSTAC_OBJECT_ID& id : added) {
         Source& source = *FindSource(id);
         const auto status = StatusOf(*m_device.Find(id));
@@ -126,12 +128,19 @@ void EventMonitor::FindObjects() {
 }
 
 EventMonitor::Source* EventMonitor::FindSource(BACSTAC_OBJECT_ID id) {
-    const auto at = std::find_if(m_sources.begin(), m_sources.end(), [=](const Source& s) { return s.Id == id; });
-    return at == m_sources.end() ? nullptr : &*at;
+    const auto at = std::ranges::lower_bound(m_sources, id, {}, &Source::Id);
+    return at == m_sources.end() || at->Id != id ? nullptr : &*at;
+}
+
+void EventMonitor::SetWaits(Source& source, bool waits) {
+    m_waiting = m_waiting + (waits ? 1 : 0) - (source.Waits ? 1 : 0);
+    source.Waits = waits;
 }
 
 void EventMonitor::Watch(Source& source, const Reading& reading) const {
     source.Watched.clear();
+    if (source.Id.Type != OBJ_EVENT_ENROLLMENT)
+        return;
     bacnet::Reader in(reading.Inputs.Reference.Wire());
     if (const auto monitored = ReadReference(in))
         source.Watched.push_back(monitored->ObjectId);
@@ -142,11 +151,11 @@ void EventMonitor::Watch(Source& source, const Reading& reading) const {
 void EventMonitor::OnChange(Object& object, BACSTAC_PROPERTY_ID property) {
     if (object.Id().Type == OBJ_EVENT_ENROLLMENT && property == PROP_EVENT_PARAMETERS)
         FollowParameters(object);
-    for (Source& source : m_sources) {
-        const bool own = source.Id == object.Id();
-        const bool watched =
-            std::find(source.Watched.begin(), source.Watched.end(), object.Id()) != source.Watched.end();
-        if (own ? !IsConsequence(property) : watched)
+    if (Source* own = FindSource(object.Id()); own != nullptr && !IsConsequence(property))
+        Evaluate(*own);
+    for (const BACSTAC_OBJECT_ID& id : m_enrollments) {
+        Source& source = *FindSource(id);
+        if (std::ranges::find(source.Watched, object.Id()) != source.Watched.end())
             Evaluate(source);
     }
 }
@@ -159,6 +168,8 @@ void EventMonitor::FollowParameters(Object& enrollment) const {
 }
 
 void EventMonitor::OnTime() {
+    if (!IsWaiting())
+        return;
     for (Source& source : m_sources)
         if (source.Waits && m_device.Uptime() >= source.DueAt)
             Evaluate(source);
@@ -237,7 +248,8 @@ bool EventMonitor::EvaluateOnce(Source& source) {
     Object& object = *m_device.Find(source.Id);
     auto reading = Read(object);
     const auto status = StatusOf(object);
-    const bool waited = std::exchange(source.Waits, false);
+    const bool waited = source.Waits;
+    SetWaits(source, false);
     if (!reading || !status)
         return false;
     Watch(source, *reading);
@@ -268,7 +280,7 @@ bool EventMonitor::EvaluateOnce(Source& source) {
         source.DueAt = m_device.Uptime() + delay * HUNDREDTHS_PER_SECOND;
     }
     if (m_device.Uptime() < source.DueAt) {
-        source.Waits = true;
+        SetWaits(source, true);
         return false;
     }
     source.Last = reading->Inputs.Monitored;
@@ -280,7 +292,7 @@ void EventMonitor::Enter(Object& object, std::uint32_t state) {
     AddEventProperties(object);
     auto reading = Read(object);
     if (Source* source = FindSource(object.Id()))
-        source->Waits = false;
+        SetWaits(*source, false);
     Change(object, state, reading ? &*reading : nullptr);
 }
 

@@ -19,6 +19,7 @@ public:
     explicit EventMonitor(Device& device) : m_device(device) {}
 
     bool Empty() const { return m_sources.empty(); }
+    bool IsWaiting() const { return m_waiting != 0; } // for the end of a delay
 
     // Objects came or went. What is not normal then stays so until something of it changes.
     void FindObjects();
@@ -33,7 +34,7 @@ public:
 private:
     struct Source {
         BACSTAC_OBJECT_ID Id;
-        std::vector<BACSTAC_OBJECT_ID> Watched; // besides itself
+        std::vector<BACSTAC_OBJECT_ID> Watched; // besides itself: of an enrollment
         Value Last;                             // the monitored value at the last transition
         bool Waits = false;                     // for the end of a delay, to enter the state Wanted
         std::uint32_t Wanted = EVENT_NORMAL;
@@ -55,13 +56,16 @@ private:
     void Monitor(const BACSTAC_DEV_OBJ_PROP_REF& reference, Reading& reading) const;
     void Evaluate(Source& source);
     bool EvaluateOnce(Source& source);
+    void SetWaits(Source& source, bool waits);
     void Watch(Source& source, const Reading& reading) const;
     void Change(Object& object, std::uint32_t state, Reading* reading);
     std::string ValuesOf(Reading& reading, const Object& object, const Notification& event) const;
     void Publish(const Notification& event, Transition transition, bool enabled);
 
     Device& m_device;
-    std::vector<Source> m_sources;
+    std::vector<Source> m_sources;                // by identifier
+    std::vector<BACSTAC_OBJECT_ID> m_enrollments; // those of them that watch other objects
+    std::size_t m_waiting = 0;                    // sources that wait
 };
 
 } // namespace sim

@@ -19,6 +19,7 @@ struct ServiceBit {
 constexpr ServiceBit CONFIRMED[] = {
     {ConfirmedService::acknowledgeAlarm, 0},       {ConfirmedService::getAlarmSummary, 3},
     {ConfirmedService::getEnrollmentSummary, 4},   {ConfirmedService::getEventInformation, 39},
+    {ConfirmedService::subscribeCov, 5},           {ConfirmedService::subscribeCovProperty, 38},
     {ConfirmedService::atomicReadFile, 6},         {ConfirmedService::atomicWriteFile, 7},
     {ConfirmedService::addListElement, 8},         {ConfirmedService::removeListElement, 9},
     {ConfirmedService::createObject, 10},          {ConfirmedService::deleteObject, 11},

@@ -145,6 +145,14 @@ void AddMultiState(Object& object) {
     object.Set(PROP_STATE_TEXT, Value::Array(texts));
 }
 
+// One of the two is required; both let a client fill them in.
+void AddSchedule(Object& object) {
+    constexpr std::uint8_t EMPTY_DAY[] = {0x0E, 0x0F};
+    const std::vector<Value> week(7, Value::Encoded(EMPTY_DAY));
+    object.Set(PROP_WEEKLY_SCHEDULE, Value::Array(week));
+    object.Set(PROP_EXCEPTION_SCHEDULE, Value::Array({}));
+}
+
 // An event log has events of one object in turn, to and from high limit.
 void GenerateEvents(const LogConfig& log, LogBuffer& buffer) {
     constexpr std::uint32_t OUT_OF_RANGE = 5;
@@ -276,6 +284,8 @@ std::unique_ptr<Object> MakeObject(const ObjectConfig& config) {
     }
     if (config.AllProperties)
         AddDefaults(*object, true);
+    else if (type == OBJ_SCHEDULE)
+        AddSchedule(*object);
     if (IsOutput(type) || (config.Commandable && IsValue(type)))
         AddPriorities(*object);
     AddGiven(config, *object);

@@ -386,7 +386,7 @@ Outcome DeviceServer::OutcomeOf(ServerContext& context, const Requester& from, c
         return *known;
     const auto lock = m_device.Lock();
     const Outcome outcome = Serve(m_device, static_cast<ConfirmedService>(request.Service), request.Payload,
-                                  RoomFor(request), context.Memory);
+                                  RoomFor(request), context.Memory, from);
     m_recentRequests.Keep(from, request, outcome, context.NowMs);
     return outcome;
 }

@@ -12,6 +12,7 @@ struct ServiceCall {
     std::span<const std::uint8_t> Parameters;
     const AnswerRoom& Room;
     Scratch& Memory;
+    const Requester& From;
 };
 
 // ReadServices.cpp: clauses 15.5 and 15.7.
@@ -44,6 +45,10 @@ Outcome AcknowledgeAlarm(const ServiceCall& call);
 Outcome GetAlarmSummary(const ServiceCall& call);
 Outcome GetEnrollmentSummary(const ServiceCall& call);
 Outcome GetEventInformation(const ServiceCall& call);
+
+// CovServices.cpp: clauses 13.14 and 13.15.
+Outcome SubscribeCov(const ServiceCall& call);
+Outcome SubscribeCovProperty(const ServiceCall& call);
 
 // ---- parts that they share
 

@@ -39,6 +39,8 @@ constexpr Row SERVICES[] = {
     {ConfirmedService::getAlarmSummary, GetAlarmSummary},
     {ConfirmedService::getEnrollmentSummary, GetEnrollmentSummary},
     {ConfirmedService::getEventInformation, GetEventInformation},
+    {ConfirmedService::subscribeCov, SubscribeCov},
+    {ConfirmedService::subscribeCovProperty, SubscribeCovProperty},
     {ConfirmedService::atomicReadFile, AtomicReadFile},
     {ConfirmedService::atomicWriteFile, AtomicWriteFile},
     {ConfirmedService::addListElement, AddListElement},
@@ -58,12 +60,12 @@ constexpr Row SERVICES[] = {
 } // namespace
 
 Outcome Serve(Device& device, ConfirmedService service, std::span<const std::uint8_t> parameters,
-              const AnswerRoom& room, Scratch& scratch) {
+              const AnswerRoom& room, Scratch& scratch, const Requester& from) {
     const auto* const row = std::find_if(std::begin(SERVICES), std::end(SERVICES),
                                          [=](const Row& known) { return known.Service == service; });
     if (row == std::end(SERVICES) || !device.Offers(service))
         return Outcome::Reject(bacnet::REJECT_UNRECOGNIZED_SERVICE);
-    return row->Handler({device, parameters, room, scratch});
+    return row->Handler({device, parameters, room, scratch, from});
 }
 
 } // namespace sim

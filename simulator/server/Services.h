@@ -5,6 +5,7 @@
 #include "platform/stack/codec/Writer.h"
 #include "platform/stack/services/ReadProperty.h"
 #include "simulator/model/Device.h"
+#include "simulator/server/Requester.h"
 
 #include <cstdint>
 #include <span>
@@ -61,7 +62,7 @@ struct Scratch {
 };
 
 Outcome Serve(Device& device, bacnet::ConfirmedService service, std::span<const std::uint8_t> parameters,
-              const AnswerRoom& room, Scratch& scratch);
+              const AnswerRoom& room, Scratch& scratch, const Requester& from = {});
 
 // The service parameters of the Error that an outcome is (the Error productions of clause 21).
 void EncodeError(bacnet::ConfirmedService service, const Outcome& outcome, bacnet::Writer& to);

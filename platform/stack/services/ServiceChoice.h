@@ -27,6 +27,7 @@ enum class ConfirmedService : std::uint8_t {
     deviceCommunicationControl = 17,
     reinitializeDevice = 20,
     readRange = 26,
+    subscribeCovProperty = 28,
     getEventInformation = 29,
 };
 

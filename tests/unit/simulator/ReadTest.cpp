@@ -90,7 +90,7 @@ TEST_F(Read, RejectsMalformedRequests) {
     EXPECT_EQ(Site.Ask("00 05 02 0C 0C 00 00 00"), "60 02 04");             // cut
     EXPECT_EQ(Site.Ask("00 05 03 0C 1C 00 00 00 01 19 55"), "60 03 04");    // wrong tag
     EXPECT_EQ(Site.Ask("00 05 04 0C 0C 00 00 00 01 19 55 3E"), "60 04 04"); // more than there should be
-    EXPECT_EQ(Site.Ask("00 05 05 05 0C 00 00 00 01 19 55"), "60 05 09");    // SubscribeCOV: not served
+    EXPECT_EQ(Site.Ask("00 05 05 12 0C 00 00 00 01 19 55"), "60 05 09");    // SubscribeCOV: not served
     EXPECT_EQ(Site.Ask("00 05 06 0E"), "60 06 05");                         // multiple read of nothing
     EXPECT_EQ(Site.Ask("00 05 07 0E 0C 00 00 00 01 1E 1F"), "60 07 05");
     EXPECT_EQ(Site.Ask("00 05 08 0E 0C 00 00 00 01 1E 09 55"), "60 08 04");

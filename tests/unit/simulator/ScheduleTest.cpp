@@ -222,6 +222,14 @@ TEST_F(ScheduleOfADevice, SchedulesThatCommandEachOtherComeToRest) {
     EXPECT_EQ(Dut().GetProperty(second.Id, PROP_PRESENT_VALUE), Value::Real(12));
 }
 
+TEST_F(ScheduleOfADevice, WithoutPropertiesOfItsOwnIsAlwaysInEffectAndHasAnEmptyWeek) {
+    m_config.Objects[2].Properties.clear();
+    EXPECT_EQ(Dut().GetProperty(SCHEDULE, PROP_WEEKLY_SCHEDULE)->Count(), 7U);
+    EXPECT_EQ(Dut().GetProperty(SCHEDULE, PROP_PRIORITY_FOR_WRITING), Value::Unsigned(16));
+    EXPECT_TRUE(Write(SCHEDULE, PROP_SCHEDULE_DEFAULT, Value::Real(12)).Ok());
+    EXPECT_EQ(Present(At(16, 12)), Value::Real(12));
+}
+
 TEST_F(ScheduleOfADevice, ADeviceWithoutSchedulesHasNothingToDo) {
     EXPECT_TRUE(Dut().IsAtWork());
     EXPECT_TRUE(Dut().RemoveObject(SCHEDULE));
