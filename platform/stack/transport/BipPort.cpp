@@ -24,7 +24,10 @@ std::int64_t SystemMilliseconds() {
 } // namespace
 
 BipPort::BipPort() = default;
-BipPort::~BipPort() = default;
+BipPort::~BipPort() {
+    if (m_management)
+        m_management->Leave();
+}
 
 std::string BipPort::Open(const BipSettings& settings) {
     if (!m_waiter.Valid())

@@ -27,6 +27,11 @@ int BroadcastManagement::Attend() {
     return static_cast<int>(std::clamp<std::int64_t>(wait, 1, 60000));
 }
 
+void BroadcastManagement::Leave() {
+    if (m_foreign && m_foreign->Current() == ForeignRegistration::State::registered && m_environment.Local.Ip != 0)
+        m_environment.Send(m_foreign->Device(), EncodeDeleteFdtEntry(m_environment.Local));
+}
+
 bool BroadcastManagement::Broadcast(Frame& npdu) {
     const std::size_t size = npdu.Size();
     if (m_foreign) {

@@ -47,6 +47,9 @@ public:
 
     // Does what is due by time; milliseconds until it wants to be called again, -1 for never.
     int Attend();
+    // The port closes: where this station is registered, its entry is deleted (J.5.2.4), so that nothing is sent to an
+    // address that somebody else may have next. One that is bound to all addresses does not know which is entered.
+    void Leave();
     // Sends a broadcast of this station to everybody. The frame holds the NPDU.
     bool Broadcast(Frame& npdu);
     // An NPDU that came as a broadcast, or to be distributed as one. channel: it came from the network's broadcast

@@ -254,6 +254,25 @@ TEST_F(TwoNetworks, AStationRegistersAsForeignDeviceAndRenews) {
     EXPECT_TRUE(m_outside.Quiet());
 }
 
+TEST_F(TwoNetworks, AForeignDeviceThatClosesLeaves) {
+    BipSettings settings{First().Ip, First().Port};
+    settings.Foreign = ForeignSettings{m_outside.Address, 60};
+    const frames::Octets registration = Framed(0x05, {0x00, 0x3C});
+    for (const bool accepted : {true, false}) {
+        {
+            LivePort leaving;
+            ASSERT_EQ(leaving.Open(settings), "");
+            EXPECT_EQ(m_outside.Receives(), registration);
+            m_outside.Send(First(), Framed(0x00, {0x00, static_cast<std::uint8_t>(accepted ? 0x00 : 0x30)}));
+            EXPECT_EQ(leaving.Reports(1).size(), 1U);
+        }
+        if (accepted) {
+            EXPECT_EQ(m_outside.Receives(), EncodeDeleteFdtEntry(First()));
+        }
+    }
+    EXPECT_TRUE(m_outside.Quiet()) << "who was refused has nothing to take back";
+}
+
 TEST_F(TwoNetworks, OurPortsServeEachOther) {
     BipSettings settings{First().Ip, First().Port};
     settings.Bbmd = BbmdSettings{};
