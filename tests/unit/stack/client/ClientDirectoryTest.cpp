@@ -1,7 +1,7 @@
 // The live directory as the client's callers see it: the file read again, and what happens when it is damaged.
 #include "api/bacnet/Dir.h"
+#include "tests/support/TempFolder.h"
 #include "tests/unit/stack/client/ClientFixture.h"
-#include "tests/unit/stack/client/TempFolder.h"
 
 #include <fstream>
 
@@ -12,7 +12,7 @@ protected:
     ClientDirectoryTest() { CBacGeneral::SetDirFileName(Path()); }
     ~ClientDirectoryTest() override { CBacGeneral::SetDirFileName({}); }
 
-    std::string Path() const { return m_folder.Text() + "/site.dir"; }
+    std::string Path() const { return m_folder.File("site.dir"); }
     void Save(const std::string& name) {
         CBACnetDev device;
         device.SetInst(1234);
@@ -34,7 +34,7 @@ protected:
         return name;
     }
 
-    TempFolder m_folder;
+    CTempFolder m_folder;
 };
 
 TEST_F(ClientDirectoryTest, TakesEffectWhenItIsReadAgain) {

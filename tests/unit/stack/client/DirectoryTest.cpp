@@ -6,7 +6,7 @@
 #include "platform/stack/directory/Crc32.h"
 #include "platform/stack/directory/FoldCase.h"
 #include "tests/support/GeneratedValue.h"
-#include "tests/unit/stack/client/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -339,9 +339,9 @@ TEST(FoldCaseTest, FoldsTheAlphabetsOfEurope) {
 
 class DirectoryFileTest : public testing::Test {
 protected:
-    std::string Path() const { return m_folder.Text() + "/netz\xC3\xBC.dir"; }
+    std::string Path() const { return m_folder.Path() + "/netz\xC3\xBC.dir"; }
 
-    TempFolder m_folder;
+    CTempFolder m_folder;
 };
 
 TEST_F(DirectoryFileTest, LoadsWhatWasSaved) {
@@ -440,7 +440,7 @@ TEST_F(DirectoryFileTest, LeavesOutAValueThatHoldsNothing) {
 TEST_F(DirectoryFileTest, RefusesAMissingFileAndStaysAsItWas) {
     CBACnetDir dir = Sample();
     EXPECT_FALSE(dir.Load(Path()));
-    EXPECT_FALSE(dir.Load(m_folder.Text()));
+    EXPECT_FALSE(dir.Load(m_folder.Path()));
     EXPECT_EQ(Dump(dir), Dump(Sample()));
 }
 
@@ -524,7 +524,7 @@ TEST_F(DirectoryFileTest, KeepsTheFormerGenerationIfItWasGood) {
 }
 
 TEST_F(DirectoryFileTest, LeavesTheFileAloneWhenSavingFails) {
-    EXPECT_FALSE(Sample().Save(m_folder.Text() + "/missing/file.dir"));
+    EXPECT_FALSE(Sample().Save(m_folder.File("missing/file.dir")));
     ASSERT_TRUE(Sample().Save(Path()));
     const std::string before = Contents(Path());
     fs::create_directory(Path() + ".tmp"); // where the new file would be written

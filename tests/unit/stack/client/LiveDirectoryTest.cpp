@@ -1,6 +1,6 @@
 // The directory that calls use: the file joined with what devices announce.
 #include "platform/stack/directory/LiveDirectory.h"
-#include "tests/unit/stack/client/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -31,7 +31,7 @@ protected:
             device.SetVendorId(7);
             dir.AddDev(device);
         }
-        const std::string path = m_folder.Text() + "/dir";
+        const std::string path = m_folder.File("dir");
         ASSERT_TRUE(dir.Save(path));
         ASSERT_TRUE(m_directory.Load(path));
     }
@@ -41,7 +41,7 @@ protected:
         return devices;
     }
 
-    TempFolder m_folder;
+    CTempFolder m_folder;
     LiveDirectory m_directory;
     BACSTAC_ADDRESS m_former{};
 };
@@ -122,7 +122,7 @@ TEST_F(LiveDirectoryTest, LetsTheFileRuleWhenItIsLoaded) {
 
 TEST_F(LiveDirectoryTest, StaysAsItIsWhenTheFileCannotBeRead) {
     Load({{5, Address(1)}});
-    EXPECT_FALSE(m_directory.Load(m_folder.Text() + "/missing"));
+    EXPECT_FALSE(m_directory.Load(m_folder.File("missing")));
     EXPECT_EQ(Devices(), (std::vector<unsigned>{5}));
     EXPECT_TRUE(m_directory.File()->FindDev(5U));
 }

@@ -1,7 +1,7 @@
 // The log: levels, limits, sessions, escaping, threads.
 #include "api/bacnet/Log.h"
 #include "platform/stack/log/LogText.h"
-#include "tests/unit/stack/client/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -52,11 +52,11 @@ std::vector<fs::path> HistoryFiles(const fs::path& folder) {
 
 class LogTest : public testing::Test {
 protected:
-    fs::path Online() const { return m_folder.Path() / "bacnet.log"; }
-    fs::path History(const char* name) const { return m_folder.Path() / name; }
-    bool Open(Log& log) const { return log.Open(m_folder.Text()); }
+    fs::path Online() const { return m_folder.File("bacnet.log"); }
+    fs::path History(const char* name) const { return m_folder.File(name); }
+    bool Open(Log& log) const { return log.Open(m_folder.Path()); }
 
-    TempFolder m_folder;
+    CTempFolder m_folder;
 };
 
 class RecordingSink : public Log::ISink {
@@ -116,7 +116,7 @@ TEST_F(LogTest, BoundsTheLinesKeptBeforeAFolderIsKnown) {
 TEST_F(LogTest, RefusesAFolderThatIsNotThere) {
     Log log;
     testing::internal::CaptureStderr();
-    EXPECT_FALSE(log.Open(m_folder.Text() + "/missing"));
+    EXPECT_FALSE(log.Open(m_folder.File("missing")));
     EXPECT_NE(testing::internal::GetCapturedStderr().find("cannot be opened"), std::string::npos);
     ASSERT_TRUE(Open(log)) << "a later attempt may succeed";
 }
@@ -147,15 +147,15 @@ TEST_F(LogTest, AppliesTheLevelToEachFile) {
         {static_cast<Log::LEVEL>(77), {"error"}, {"error"}},
     };
     for (const Row& row : rows) {
-        const TempFolder folder;
+        const CTempFolder folder;
         Log log;
-        ASSERT_TRUE(log.Open(folder.Text()));
+        ASSERT_TRUE(log.Open(folder.Path()));
         log.SetLevel(row.Level);
         log.Write(Log::KIND_DEBUG, "debug");
         log.Write(Log::KIND_INFORMATION, "info");
         log.Write(Log::KIND_ERROR, "error");
-        EXPECT_EQ(Texts(folder.Path() / "bacnet.log"), row.Online) << "level " << row.Level;
-        EXPECT_EQ(Texts(folder.Path() / "bacnet-000001.001.log"), row.History) << "level " << row.Level;
+        EXPECT_EQ(Texts(folder.File("bacnet.log")), row.Online) << "level " << row.Level;
+        EXPECT_EQ(Texts(folder.File("bacnet-000001.001.log")), row.History) << "level " << row.Level;
     }
 }
 
@@ -182,7 +182,7 @@ TEST_F(LogTest, KeepsTheOnlineLogWithinItsLimit) {
     const std::string text(1000, 'x');
     for (int i = 0; i < 3000; ++i)
         log.Write(Log::KIND_INFORMATION, text + std::to_string(i));
-    const auto size = fs::file_size(Online()) + fs::file_size(m_folder.Path() / "bacnet.old.log");
+    const auto size = fs::file_size(Online()) + fs::file_size(m_folder.File("bacnet.old.log"));
     EXPECT_LE(size, 1024U * 1024);
     EXPECT_GE(size, 512U * 1024) << "the newest lines are kept";
     EXPECT_EQ(Texts(Online()).back(), text + "2999");
@@ -257,7 +257,7 @@ TEST_F(LogTest, KeepsTheFormerOnlineLogAside) {
         log.Write(Log::KIND_INFORMATION, text);
     }
     EXPECT_EQ(Texts(Online()), std::vector<std::string>{"second"});
-    EXPECT_EQ(Texts(m_folder.Path() / "bacnet.old.log"), std::vector<std::string>{"first"});
+    EXPECT_EQ(Texts(m_folder.File("bacnet.old.log")), std::vector<std::string>{"first"});
 }
 
 TEST_F(LogTest, SwitchesTheFilesOffAndOn) {

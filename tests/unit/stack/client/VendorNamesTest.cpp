@@ -1,7 +1,7 @@
 #include "platform/stack/schema/VendorNames.h"
 
 #include "api/bacnet/Dir.h"
-#include "tests/unit/stack/client/TempFolder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -141,8 +141,8 @@ TEST_F(VendorNamesTest, AreFoundByTheFilter) {
 }
 
 TEST_F(VendorNamesTest, ComeFromAFileThatNeedNotBeThere) {
-    const TempFolder folder;
-    const std::string path = folder.Text() + "/vendor-names.txt";
+    const CTempFolder folder;
+    const std::string path = folder.File("vendor-names.txt");
     std::vector<std::string> errors;
     EXPECT_TRUE(LoadVendorNames(path, errors));
     EXPECT_TRUE(errors.empty());
@@ -153,7 +153,7 @@ TEST_F(VendorNamesTest, ComeFromAFileThatNeedNotBeThere) {
     EXPECT_EQ(Text(CurrentVendorNames()->ObjectType(260, 130)), "chiller");
 
     errors.clear();
-    EXPECT_FALSE(LoadVendorNames(folder.Text(), errors)) << "a folder is no file";
+    EXPECT_FALSE(LoadVendorNames(folder.Path(), errors)) << "a folder is no file";
     EXPECT_EQ(errors.size(), 1U);
     EXPECT_EQ(Text(CurrentVendorNames()->ObjectType(260, 130)), "chiller") << "what is known stays";
 }
