@@ -9,6 +9,7 @@
 #include "module/console/ConsoleState.h"
 #include "module/console/ConsoleThread.h"
 #include "module/console/Globals.h"
+#include "module/console/Guarded.h"
 #include "module/console/HistoryStarter.h"
 #include "module/console/Messages.h"
 #include "module/console/ModuleLock.h"
@@ -18,6 +19,7 @@
 #include "module/console/PageTabs.h"
 #include "module/icons/Icons.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
 #include <QMenu>
@@ -38,6 +40,12 @@ constexpr const char* WARM_START_TEXT = "Warm start is enabled:\n"
                                         "- initial COV subscription is skipped\n"
                                         "- initial event registration is skipped\n"
                                         "- initial alarm list retrieval is skipped";
+
+std::string NameOf(CDriver& driver) {
+    const char* name = nullptr;
+    RunGuarded("Driver: GetName", [&] { name = driver.GetName(); });
+    return name ? name : "";
+}
 
 // A handler of this run is on the stack.
 class CHandlerScope {
@@ -70,7 +78,7 @@ const CBACnetConfConsoleDialog::Slot CBACnetConfConsoleDialog::SLOTS[] = {
 CBACnetConfConsoleDialog::CBACnetConfConsoleDialog(CBDCThread& run, CDriver& driver) : m_run(run), m_driver(driver) {
     setObjectName(QStringLiteral("BACnetConfigurationConsole"));
     setWindowIcon(NewIcon(CONSOLE_ICON));
-    setWindowTitle(QStringLiteral("BACnet configuration console - ") + FromNarrow(driver.GetName()));
+    setWindowTitle(QStringLiteral("BACnet configuration console - ") + FromNarrow(NameOf(driver)));
     MakeControls();
     MakeKeys();
     AddTrayIcon();
@@ -79,7 +87,7 @@ CBACnetConfConsoleDialog::CBACnetConfConsoleDialog(CBDCThread& run, CDriver& dri
         const CModuleLock lock;
         m_tabs->Create(driver);
         if (consoleWiring.newHistoryStarter)
-            m_history = consoleWiring.newHistoryStarter();
+            RunGuarded("Console: history transfer", [this] { m_history = consoleWiring.newHistoryStarter(); });
         BDCManager.RegisterTriggerTag("FlushAllTrendLog", allPropPages.history.flushTag.c_str(), WM_CONSOLE_HISTORY, 0);
     }
     PlaceControls();
@@ -155,14 +163,16 @@ void CBACnetConfConsoleDialog::AddTrayIcon() {
     m_trayMenu = new QMenu(this);
     m_trayMenu->addAction(QStringLiteral("&Open..."), this, &CBACnetConfConsoleDialog::OpenThroughGate);
     m_trayMenu->addAction(QStringLiteral("&About..."), this, &CBACnetConfConsoleDialog::ShowAbout);
-    if (m_driver.IsWarmStart())
+    bool isWarmStart = false;
+    RunGuarded("Driver: IsWarmStart", [&] { isWarmStart = m_driver.IsWarmStart(); });
+    if (isWarmStart)
         LogInf("Warm start is enabled");
     if (!consoleWiring.newTray)
         return;
     m_tray = consoleWiring.newTray();
     m_icon.emplace(*m_tray);
     m_icon->SetTooltip(ToNarrow(windowTitle()));
-    if (m_driver.IsWarmStart())
+    if (isWarmStart)
         m_icon->SetBalloon({"BACnet driver", WARM_START_TEXT, BalloonIcon::Warning, BALLOON_TIMEOUT});
     m_icon->Add(TRAY_ICON_ID);
 }
@@ -189,12 +199,19 @@ void CBACnetConfConsoleDialog::HideConsole() {
 }
 
 void CBACnetConfConsoleDialog::SaveAll() {
+    QApplication::setOverrideCursor(Qt::WaitCursor); // the driver may take its time
     for (const CONSOLE_PAGE page : PAGES_IN_SAVE_ORDER) {
-        if (!m_tabs->GetPage(page)->Save() && page == PAGE_REPORTS)
+        bool isSaved = false;
+        RunGuarded(PAGE_LABELS[page], [&] { isSaved = m_tabs->GetPage(page)->Save(); });
+        if (!isSaved && page == PAGE_REPORTS)
             LogErr("ReportJobs: Failed to save file");
     }
-    m_driver.SaveSettings();
-    const std::string failure = m_driver.GetSaveFailure();
+    std::string failure;
+    RunGuarded("Driver: SaveSettings", [&] {
+        m_driver.SaveSettings();
+        failure = m_driver.GetSaveFailure();
+    });
+    QApplication::restoreOverrideCursor();
     if (!failure.empty() && consoleWiring.getOperator)
         ShowError(*consoleWiring.getOperator(), failure);
 }
@@ -212,10 +229,13 @@ void CBACnetConfConsoleDialog::ShowAbout() {
 }
 
 void CBACnetConfConsoleDialog::OpenThroughGate() {
-    if (consoleWiring.getOperator)
+    if (!consoleWiring.getOperator)
+        return;
+    RunGuarded("Console: login", [this] {
         PassLoginGate(
             {m_driver.GetKernel(), m_driver.GetGateId(), m_driver.GetUserManagement(), *consoleWiring.getOperator()},
             *this);
+    });
 }
 
 void CBACnetConfConsoleDialog::SetGateOpen(bool isOpen) {
@@ -268,7 +288,7 @@ void CBACnetConfConsoleDialog::Dispatch(CConsoleMessage& message) {
     const auto* const slot = std::ranges::find(SLOTS, message.GetMessage(), &Slot::message);
     if (slot == std::end(SLOTS) || (slot->onlyWhenSet && message.GetWParam() == 0))
         return;
-    (this->*slot->handler)(message);
+    RunGuarded(slot->name, [&] { (this->*slot->handler)(message); });
 }
 
 void CBACnetConfConsoleDialog::OnShutdown(CConsoleMessage&) {

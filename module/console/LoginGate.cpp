@@ -2,6 +2,7 @@
 
 #include "api/kernel/QLProgramCore.h"
 #include "api/kernel/UserManagement.h"
+#include "module/console/Guarded.h"
 #include "module/console/Operator.h"
 
 #include <cstring>
@@ -49,7 +50,8 @@ void PassLoginGate(const GateServices& services, IGatedWindow& window) {
         return;
     if (!window.IsOnScreen()) {
         window.SetGateOpen(true);
-        const bool isIn = LogIn(services, window.GetWidget());
+        bool isIn = false;
+        RunGuarded("Login", [&] { isIn = LogIn(services, window.GetWidget()); });
         window.SetGateOpen(false);
         if (!isIn)
             return;

@@ -6,6 +6,7 @@
 #include "module/console/ConsoleRun.h"
 #include "module/console/ConsoleState.h"
 #include "module/console/Globals.h"
+#include "module/console/Guarded.h"
 #include "module/console/MessageSink.h"
 #include "module/console/Messages.h"
 
@@ -136,12 +137,18 @@ void CBDCManager::OnTagChange(std::uint32_t tagId, double value) {
 
 bool CBDCManager::RegisterTriggerTag(const char* name, const char* tagName, unsigned message, std::int32_t lParam) {
     CConsoleSink sink;
-    return m_triggers.Register(m_driver, sink, name, tagName, message, lParam);
+    bool isRegistered = false;
+    RunGuarded("RegisterTriggerTag",
+               [&] { isRegistered = m_triggers.Register(m_driver, sink, name, tagName, message, lParam); });
+    return isRegistered;
 }
 
 std::vector<std::string> CBDCManager::EnumDigitalTags() {
     CDriver* const driver = m_driver;
-    return driver ? ::EnumDigitalTags(driver->GetKernel(), driver->GetGateId()) : std::vector<std::string>();
+    std::vector<std::string> names;
+    if (driver)
+        RunGuarded("EnumDigitalTags", [&] { names = ::EnumDigitalTags(driver->GetKernel(), driver->GetGateId()); });
+    return names;
 }
 
 CTriggerTable::Map::iterator CBDCManager::FindTriggerTag(const char* name) {

@@ -2,6 +2,7 @@
 
 #include "module/console/ConsolePage.h"
 #include "module/console/ConsoleState.h"
+#include "module/console/Guarded.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -53,12 +54,14 @@ void CPageTabs::Create(CDriver& driver) {
     for (std::size_t i = 0; i < PAGE_COUNT; ++i) {
         auto* const place = new CPagePlace(this, static_cast<int>(i));
         const auto newPage = consoleWiring.newPage[i];
-        CConsolePage* const page = newPage ? newPage(place, driver) : NewEmptyPage(place);
+        CConsolePage* page = newPage ? nullptr : NewEmptyPage(place);
+        if (newPage && !RunGuarded(PAGE_LABELS[i], [&] { page = newPage(place, driver); }))
+            page = new CConsolePage(place);
         page->setVisible(false);
         m_pages[i] = page;
         consolePages[i] = page;
         addTab(place, QString::fromLatin1(PAGE_LABELS[i]));
-        page->Load();
+        RunGuarded(PAGE_LABELS[i], [page] { page->Load(); });
     }
 }
 
@@ -68,7 +71,7 @@ void CPageTabs::DestroyPages() {
         CConsolePage*& page = m_pages[index];
         if (!page)
             continue;
-        page->Destroy();
+        RunGuarded(PAGE_LABELS[index], [page] { page->Destroy(); });
         consolePages[index] = nullptr;
         delete std::exchange(page, nullptr);
     }

@@ -2,6 +2,7 @@
 
 #include "api/driver/Driver.h"
 #include "api/kernel/QLProgramCore.h"
+#include "module/console/Guarded.h"
 #include "module/history/TransferEngine.h"
 
 #include <chrono>
@@ -43,22 +44,28 @@ public:
     }
 };
 
+// The next transfer goes on from the positions that were saved.
 void Transfer(const HistoryServices& services, CTransferState& state, const HistorySettings& settings) {
     try {
         CTransferEngine(services, state, settings).Run();
     } catch (const std::exception& failure) {
-        // Out of memory; nothing else throws. The next transfer goes on from the positions that were saved.
         state.Error(std::string("Transfer ended: ") + failure.what());
+    } catch (...) {
+        state.Error("Transfer ended");
     }
 }
 
 void RunThread(const HistoryServices& services, CTransferState& state, const HistorySettings& settings) {
-    IQLProgramCore& kernel = services.driver.GetKernel();
-    kernel.Trace(QL_TRACE_HISTORY, (std::string(THREAD_NAME) + ": begin of thread").c_str());
+    const auto trace = [&services](const char* what) {
+        RunGuarded("Driver: GetKernel", [&] {
+            services.driver.GetKernel().Trace(QL_TRACE_HISTORY, (std::string(THREAD_NAME) + what).c_str());
+        });
+    };
+    trace(": begin of thread");
     Transfer(services, state, settings);
     state.request.reset();
     state.running = false;
-    kernel.Trace(QL_TRACE_HISTORY, (std::string(THREAD_NAME) + ": end of thread").c_str());
+    trace(": end of thread");
     // The last that a transfer does with driver or kernel.
     state.Publish();
 }

@@ -1,6 +1,7 @@
 #include "module/history/TransferState.h"
 
 #include "api/driver/HistoryObserver.h"
+#include "module/console/Guarded.h"
 
 namespace {
 
@@ -33,7 +34,12 @@ void CTransferState::Error(const std::string& text) {
 
 void CTransferState::Publish() {
     const std::lock_guard lock(m_publishMutex);
-    IHistoryObserver* const observer = m_driver.GetHistoryObserver();
+    if (!m_isObserved)
+        return;
+    m_isObserved = RunGuarded("History: the driver's observer", [this] { Tell(m_driver.GetHistoryObserver()); });
+}
+
+void CTransferState::Tell(IHistoryObserver* observer) {
     if (observer == nullptr)
         return;
     TransferStatus::VALUES values = status.Get();

@@ -17,6 +17,8 @@
 // object only the instance counts, its type is read by nothing but the log.
 using TransferRequest = BACSTAC_DEV_OBJ_REF;
 
+class IHistoryObserver;
+
 class CTransferState : public ITransferLog {
 public:
     // Reads the last transfer time from the state file.
@@ -39,8 +41,11 @@ public:
     void Publish();
 
 private:
+    void Tell(IHistoryObserver* observer);
+
     CDriver& m_driver;
     mutable std::mutex m_timeMutex;
     SYSTEM_TIME m_lastTransferTime; // m_timeMutex
     std::mutex m_publishMutex;      // held over the observer's call
+    bool m_isObserved = true;       // m_publishMutex; until the observer throws
 };

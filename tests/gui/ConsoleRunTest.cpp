@@ -56,7 +56,10 @@ TEST_F(ConsoleRun, StartGivesUpWaitingAndTheConsoleIsBuiltAllTheSame) {
     Start(); // so that the time to bring the toolkit up does not count
     ASSERT_TRUE(Stop());
     std::promise<void> release;
-    m_driver.m_onGetName = [&] { release.get_future().wait(); };
+    m_driver.m_onCall = [&](const std::string& operation) {
+        if (operation == "GetName")
+            release.get_future().wait();
+    };
     const auto start = Clock::now();
     BDCManager.Start(&m_driver, 100);
     EXPECT_GE(Since(start), Milliseconds(100));

@@ -66,7 +66,9 @@ TEST_F(HostApplication, AStartInsideAStartOnTheThreadOfTheWindowsIsNothing) {
         {
             QApplication application(g_argc, g_argv);
             int inner = 0;
-            m_driver.m_onGetName = [&] {
+            m_driver.m_onCall = [&](const std::string& operation) {
+                if (operation != "GetName")
+                    return;
                 ++inner;
                 BDCManager.Start(&m_driver, 30000);
             };

@@ -9,7 +9,6 @@ bool CFakeAlarmRules::Find(const AlarmRuleKey& key, AlarmDefinition& definition)
 }
 
 const char* CFakeDriver::GetName() {
-    if (m_onGetName)
-        m_onGetName();
+    Call("GetName");
     return m_name.c_str();
 }

@@ -42,24 +42,50 @@ public:
     std::uint8_t m_gateId = 7;
     CTagList m_tags;
     CFakeUsers m_users{m_events};
-    std::function<void()> m_onGetName; // called inside GetName
-    std::string m_saveFailure;         // what GetSaveFailure gives
+    std::function<void(const std::string&)> m_onCall; // called inside each operation of CDriver's own, with its name
+    std::string m_saveFailure;                        // what GetSaveFailure gives
 
     const char* GetName() override;
-    void SaveSettings() override { m_events.Add("SaveSettings()"); }
+    void SaveSettings() override {
+        m_events.Add("SaveSettings()");
+        Call("SaveSettings");
+    }
     std::string GetSaveFailure() override { return m_saveFailure; }
-    CTagList& GetTagList() override { return m_tags; }
+    CTagList& GetTagList() override {
+        Call("GetTagList");
+        return m_tags;
+    }
     IAlarmConfig& GetAlarmConfig() override { return *this; }
     ISystemAlarmDefinitions& GetSystemAlarmDefinitions() override { return *this; }
     IBacnetIdentity& GetIdentity() override { return *this; }
     IUserAccess& GetUserAccess() override { return *this; }
-    std::uint8_t GetGateId() override { return m_gateId; }
-    bool IsWarmStart() override { return m_isWarmStart; }
-    int GetTransferChunk() override { return m_transferChunk; }
-    IQLProgramCore& GetKernel() override { return m_kernel; }
-    IQLUserManagement& GetUserManagement() override { return m_users; }
+    std::uint8_t GetGateId() override {
+        Call("GetGateId");
+        return m_gateId;
+    }
+    bool IsWarmStart() override {
+        Call("IsWarmStart");
+        return m_isWarmStart;
+    }
+    int GetTransferChunk() override {
+        Call("GetTransferChunk");
+        return m_transferChunk;
+    }
+    IQLProgramCore& GetKernel() override {
+        Call("GetKernel");
+        return m_kernel;
+    }
+    IQLUserManagement& GetUserManagement() override {
+        Call("GetUserManagement");
+        return m_users;
+    }
 
 private:
+    void Call(const char* operation) {
+        if (m_onCall)
+            m_onCall(operation);
+    }
+
     AlarmRuleStore* GetRules() override { return &m_rules; }
     std::vector<CEventFilter>& GetEventFilters() override { return m_filters; }
     AlarmDefinition& GetCommunicationError() override { return m_communicationError; }

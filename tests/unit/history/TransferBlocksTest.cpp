@@ -2,6 +2,7 @@
 #include "api/bacnet/Enums.h"
 #include "tests/unit/history/TransferSite.h"
 
+#include <algorithm>
 #include <ctime>
 #include <thread>
 
@@ -293,6 +294,18 @@ TEST_F(HistoryBlocks, ReadsTheWholeLogAgainForAUselessPosition) {
     EXPECT_THAT(TakeLog(), testing::Contains("I: History: Starting at "));
     EXPECT_EQ(kernel.GetRecords().size(), 3U);
     EXPECT_EQ(StoredPosition("T1"), "10/06/2026 00:03:00.000");
+}
+
+TEST_F(HistoryBlocks, GoesOnWithoutAnObserverThatThrows) {
+    driver.observed = true;
+    driver.observerThrows = true;
+    AddTrend(1234, 5, "T1");
+    bacnet.AddLogEntries(1234, {OBJ_TREND_LOG, 5}, Minutes(1, 3));
+    Transfer();
+    const auto lines = TakeLog();
+    EXPECT_EQ(std::ranges::count(lines, "E: History: the driver's observer failed: no observer"), 1);
+    EXPECT_EQ(std::ranges::count(lines, "I: History: End of transfer"), 1);
+    EXPECT_EQ(driver.statuses.size(), 1U) << "it is told no more";
 }
 
 TEST_F(HistoryBlocks, TellsTheDriversObserver) {

@@ -21,6 +21,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -51,9 +52,14 @@ class ObservedDriver : public CFakeDriver, public IHistoryObserver {
 public:
     using CFakeDriver::CFakeDriver;
     IHistoryObserver* GetHistoryObserver() override { return observed ? this : nullptr; }
-    void OnHistoryStatus(const HistoryStatus& status) override { statuses.push_back(status); }
+    void OnHistoryStatus(const HistoryStatus& status) override {
+        statuses.push_back(status);
+        if (observerThrows)
+            throw std::runtime_error("no observer");
+    }
 
     bool observed = false;
+    bool observerThrows = false;
     std::vector<HistoryStatus> statuses; // read behind the end of the transfer
 };
 
