@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <atomic>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -128,6 +129,21 @@ void TakeToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString
         std::fprintf(stderr, "%s\n", text.toUtf8().constData());
 }
 
+// The thread of the windows that the module made. Any thread.
+std::atomic<std::thread::id> g_ownThread;
+
+// The toolkit ends the process from the thread of the windows when it loses the display; nobody else calls exit there.
+// The other threads are at work, so nothing is taken apart: what is stored is stored.
+void EndWithoutDisplay() {
+    if (std::this_thread::get_id() != g_ownThread)
+        return;
+    static constexpr const char* TEXT = "Console: the display is lost; the program ends and has to be started again";
+    LogErr("%s", TEXT);
+    std::fprintf(stderr, "%s\n", TEXT);
+    std::fflush(nullptr);
+    std::_Exit(EXIT_DISPLAY_LOST);
+}
+
 class COwnThread : public CGuiThread {
 public:
     // Throws std::system_error when there is no thread to be had.
@@ -160,6 +176,8 @@ private:
         static char* arguments[] = {program, option, platforms.data(), nullptr};
         static int count = platforms.empty() ? 1 : 3;
         qInstallMessageHandler(TakeToolkitMessage);
+        g_ownThread = std::this_thread::get_id();
+        std::atexit(EndWithoutDisplay);
         [[maybe_unused]] static const auto* const application = new QApplication(count, arguments);
         PrepareApplication();
         {

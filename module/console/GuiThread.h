@@ -8,6 +8,10 @@
 
 class CManualResetEvent;
 
+// What the process ends with when the display goes away, which the toolkit does not survive: temporary, so that whoever
+// watches over it starts it again. Without a display it then runs on unseen.
+inline constexpr int EXIT_DISPLAY_LOST = 75;
+
 class CGuiThread {
 public:
     using Task = std::function<void()>;

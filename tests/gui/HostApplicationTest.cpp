@@ -1,10 +1,16 @@
 // The console in a host that has an application object of its own, and in one without a display. Each case has a
 // process of its own, since an application object cannot be replaced.
+#include "module/console/GuiThread.h"
 #include "tests/gui/ConsoleFixture.h"
 
 #include <QApplication>
 #include <QTimer>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
 #include <cstdlib>
 #include <future>
 #include <thread>
@@ -140,6 +146,88 @@ TEST_F(HostApplication, WithADisplayThatCannotBeReachedTheConsoleRunsOffscreen) 
         },
         ::testing::ExitedWithCode(0), "");
 }
+
+#ifdef BDC_XVFB
+// An X server of the test's own, on a display that is free.
+class CXServer {
+public:
+    CXServer() {
+        int ends[2] = {};
+        if (pipe(ends) != 0)
+            return;
+        m_process = fork();
+        if (m_process == 0) {
+            execl(BDC_XVFB, BDC_XVFB, "-displayfd", std::to_string(ends[1]).c_str(), nullptr);
+            _exit(127);
+        }
+        close(ends[1]);
+        char number[16] = {};
+        if (read(ends[0], number, sizeof number - 1) > 0)
+            m_display = ":" + std::to_string(std::atoi(number));
+        close(ends[0]);
+    }
+    ~CXServer() { End(); }
+    CXServer(const CXServer&) = delete;
+    CXServer& operator=(const CXServer&) = delete;
+
+    const std::string& GetDisplay() const { return m_display; }
+    void End() {
+        if (m_process <= 0)
+            return;
+        kill(m_process, SIGKILL);
+        waitpid(m_process, nullptr, 0);
+        m_process = 0;
+    }
+
+private:
+    pid_t m_process = 0;
+    std::string m_display;
+};
+
+TEST_F(HostApplication, TheProcessEndsAtOnceWhenTheDisplayIsLostSoThatItIsStartedAgain) {
+    EXPECT_EXIT(
+        {
+            CXServer server;
+            unsetenv("QT_QPA_PLATFORM");
+            unsetenv("WAYLAND_DISPLAY");
+            setenv("DISPLAY", server.GetDisplay().c_str(), 1);
+            Start();
+            EXPECT_EQ(QApplication::platformName().toStdString(), "xcb");
+            Post(WM_CONSOLE_SHOW);
+            EXPECT_TRUE(IsVisible());
+            std::atomic<bool> isAtWork{true}; // threads of jobs go on until the very end
+            std::thread([&] {
+                while (isAtWork) {
+                    BDCManager.ObjectChanged(1, {8, 1});
+                    std::this_thread::sleep_for(Milliseconds(1));
+                }
+            }).detach();
+            if (HasFailure())
+                std::_Exit(1);
+            server.End();
+            std::this_thread::sleep_for(std::chrono::seconds(20));
+            std::_Exit(2); // it has survived, and nobody sees its windows
+        },
+        ::testing::ExitedWithCode(EXIT_DISPLAY_LOST), "the display is lost");
+}
+
+TEST_F(HostApplication, OnceTheDisplayIsGoneTheNextProcessRunsOffscreen) {
+    EXPECT_EXIT(
+        {
+            CXServer server;
+            const std::string display = server.GetDisplay();
+            server.End();
+            unsetenv("QT_QPA_PLATFORM");
+            unsetenv("WAYLAND_DISPLAY");
+            setenv("DISPLAY", display.c_str(), 1);
+            Start();
+            EXPECT_EQ(QApplication::platformName().toStdString(), "offscreen");
+            EXPECT_TRUE(Stop());
+            std::exit(ExitCode());
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+#endif
 
 // Threads that still run while the process ends do it no harm.
 TEST_F(HostApplication, TheProcessEndsWhileTheConsoleRuns) {
