@@ -3,6 +3,7 @@
 #pragma once
 
 #include "module/console/Globals.h"
+#include "module/console/GuiOperator.h"
 #include "module/console/HistoryStarter.h"
 #include "module/console/Messages.h"
 #include "tests/gui/harness/Controls.h"
@@ -21,6 +22,12 @@
 
 // The console's window, null when there is none. On the console thread.
 QDialog* ConsoleWindow();
+
+// As if somebody sat at a screen.
+class CScreenOperator : public CGuiOperator {
+protected:
+    bool HasScreen() const override { return true; }
+};
 
 // What the fixture's history transfer does with a request. On the console thread.
 using TransferHook = std::function<void(const BACSTAC_DEV_OBJ_REF* request)>;
