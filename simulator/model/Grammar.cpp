@@ -78,6 +78,15 @@ bool IsNext(const Reader& in, const Member& member) {
     return tag.Number == member.Context && tag.Kind == (enclosed ? TagKind::opening : TagKind::context);
 }
 
+// Elements without a pair of tags around them, up to the end of what they are a part of.
+bool UpToTheEnd(Reader& in, const TypeInfo& type) {
+    bacnet::Tag tag;
+    while (in.PeekTag(tag) && tag.Kind != TagKind::closing)
+        if (!OneElement(in, type, APPLICATION))
+            return false;
+    return in.Ok();
+}
+
 bool OneMember(Reader& in, const Member& member) {
     if (member.Optional != Presence::required && !IsNext(in, member))
         return in.Ok();
@@ -97,7 +106,7 @@ bool OneMember(Reader& in, const Member& member) {
         return member.Context < 0 ? in.Skip() : in.Enclosed(static_cast<unsigned>(member.Context), ignored);
     case MemberForm::list:
         if (member.Context < 0)
-            return in.Fail(DecodeError::unexpected); // of notifications, which are nobody's property
+            return UpToTheEnd(in, type);
         return in.Enclosed(static_cast<unsigned>(member.Context), ignored) &&
                (SplitElements(ignored, member.Type) || in.Fail(DecodeError::unexpected));
     }
