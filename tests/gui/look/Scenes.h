@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,11 @@ struct Scene {
     // Opens the window, has it looked at and closes it. The console runs and is on the screen.
     void (*show)(const Look& look);
 };
+
+// As tests are named.
+inline void PrintTo(const Scene& scene, std::ostream* to) {
+    *to << scene.name;
+}
 
 // On the thread of the windows.
 const std::vector<Scene>& AllScenes();

@@ -51,7 +51,7 @@ bool AreOfOneGroup(const QWidget* one, const QWidget* other) {
 // The least that shows the whole of a control; nothing for one that has no text of its own to show, or that is part of
 // another one.
 QSize Needed(const QWidget& widget) {
-    if (widget.focusProxy())
+    if (widget.focusProxy() || qobject_cast<const QLineEdit*>(widget.parentWidget()))
         return {};
     if (const auto* const label = qobject_cast<const QLabel*>(&widget))
         return label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
