@@ -9,6 +9,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <ostream>
 #include <thread>
 
 namespace {
@@ -19,6 +20,11 @@ struct Implementation {
     const char* name;
     std::unique_ptr<HistoryStore> (*make)(const TemporaryFolder& folder);
 };
+
+// As tests are named.
+void PrintTo(const Implementation& implementation, std::ostream* to) {
+    *to << implementation.name;
+}
 
 std::unique_ptr<HistoryStore> MakeMemory(const TemporaryFolder&) {
     return std::make_unique<MemoryHistoryStore>();

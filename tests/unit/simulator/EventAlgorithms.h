@@ -6,6 +6,7 @@
 #include "simulator/model/Value.h"
 
 #include <cstdint>
+#include <ostream>
 #include <vector>
 
 namespace sim::testing {
@@ -23,6 +24,11 @@ struct Algorithm {
     std::vector<Step> Steps;
     const char* Values; // of the first event
 };
+
+// As tests are named.
+inline void PrintTo(const Algorithm& algorithm, std::ostream* to) {
+    *to << algorithm.Name;
+}
 
 inline Value Flags(std::initializer_list<unsigned> bits) {
     return Value::BitString(3, bits);
