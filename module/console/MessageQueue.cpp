@@ -17,7 +17,7 @@ void CMessageQueue::Push(CConsoleMessage message) {
     const auto [late, isNew] = m_late.try_emplace(IdentityOf(message), m_popped + m_messages.size());
     if (!isNew && late->second >= m_popped) {
         m_messages[late->second - m_popped] = std::move(message);
-    } else if (m_messages.size() < 2 * m_limit) {
+    } else if (m_messages.size() < 2 * m_limit || message.GetMessage() == WM_CONSOLE_SHUTDOWN) {
         late->second = m_popped + m_messages.size();
         m_messages.push_back(std::move(message));
     } else {

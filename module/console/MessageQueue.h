@@ -2,7 +2,7 @@
 //
 // A console that is held up must not let the process grow without an end, and no edge of a trigger may leave a network
 // in another state than its tag. So when a great many messages wait, only the latest of each that comes then is kept:
-// of a trigger, its last edge. Not thread-safe.
+// of a trigger, its last edge. The shutdown always finds room. Not thread-safe.
 #pragma once
 
 #include "module/console/ConsoleMessage.h"

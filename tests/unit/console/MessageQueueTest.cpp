@@ -103,4 +103,15 @@ TEST_F(MessageQueue, HasASizeThatNothingExceeds) {
     EXPECT_EQ(m_queue.Size(), 2 * LIMIT);
 }
 
+TEST_F(MessageQueue, HasRoomForTheShutdownAlways) {
+    Fill();
+    for (unsigned device = 0; device < LIMIT; ++device)
+        m_queue.Push({WM_CONSOLE_OBJECTCHANGED, device, PackObjectId(8, 5)});
+    m_queue.Push({WM_CONSOLE_SHUTDOWN, 0, 0});
+    DropFirst(2 * LIMIT);
+    const auto last = m_queue.Pop();
+    ASSERT_TRUE(last);
+    EXPECT_EQ(last->GetMessage(), WM_CONSOLE_SHUTDOWN);
+}
+
 } // namespace
