@@ -9,6 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 using Json = nlohmann::json;
 using testing::HasSubstr;
 
@@ -119,6 +121,8 @@ TEST_P(DeviceCommands, ThePromptShowsNothingOfWhatIsTyped) {
     int terminal = -1;
     const std::string program = BdcPath();
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child < 0 && (errno == ENODEV || errno == ENOENT))
+        GTEST_SKIP() << "no terminals can be made here: is /dev/pts mounted?";
     ASSERT_GE(child, 0);
     if (child == 0) {
         execl(program.c_str(), "bdc", "reinitialize", "1000", "warmstart", "--password", "--json", "--data",
