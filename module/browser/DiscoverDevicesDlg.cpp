@@ -169,11 +169,13 @@ CDiscoverDevicesDlg::~CDiscoverDevicesDlg() {
 CLimitEdit* CDiscoverDevicesDlg::NewFilter(const char* label, int digits, Filter filter) {
     auto* const edit = new CLimitEdit(this, digits);
     edit->setAccessibleName(QString::fromLatin1(label));
-    connect(edit, &QLineEdit::textChanged, this, [this, filter](const QString& text) {
-        (m_discovery.*filter)(ToNarrow(text));
-        m_refresh.start();
-    });
+    connect(edit, &QLineEdit::textChanged, this, [this, filter](const QString& text) { SetFilter(filter, text); });
     return edit;
+}
+
+void CDiscoverDevicesDlg::SetFilter(Filter filter, const QString& text) {
+    (m_discovery.*filter)(ToNarrow(text));
+    m_refresh.start();
 }
 
 void CDiscoverDevicesDlg::OnIAm(BACSTAC_ADDRESS const& address, unsigned const& deviceInstance) {

@@ -55,6 +55,7 @@ private:
     using Filter = void (CDiscovery::*)(const std::string&);
 
     CLimitEdit* NewFilter(const char* label, int digits, Filter filter);
+    void SetFilter(Filter filter, const QString& text);
     void OnIAm(BACSTAC_ADDRESS const& address, unsigned const& deviceInstance) override; // of the library's thread
     void SendWhoIs();
     void Refresh();
