@@ -22,6 +22,9 @@ using ::testing::IsEmpty;
 using ::testing::StartsWith;
 using ::testing::UnorderedElementsAre;
 
+// Tests are given one variable of the environment, which is the scale; nobody's screen is to show them.
+const bool OFFSCREEN = qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qputenv("QT_QPA_PLATFORM", "offscreen");
+
 class ConsoleLook : public ConsoleFixture, public ::testing::WithParamInterface<Scene> {
 protected:
     // What the module wires, from before the first fixture clears it.
@@ -29,7 +32,10 @@ protected:
         static const ConsoleWiring MODULE = consoleWiring;
         return MODULE;
     }
-    static void SetUpTestSuite() { Module(); }
+    static void SetUpTestSuite() {
+        ASSERT_TRUE(OFFSCREEN);
+        Module();
+    }
 
     void SetUp() override {
         consoleWiring.newPage = Module().newPage;
