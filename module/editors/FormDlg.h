@@ -1,0 +1,56 @@
+// An editor that is a form: rows of data over a record (FormRow.h). A class of its own exists for each kind of value;
+// what is special to one is built with the protected functions. Only on the console thread.
+#pragma once
+
+#include "module/editors/EditorDlg.h"
+#include "module/editors/FormRow.h"
+
+#include <functional>
+#include <vector>
+
+class QGridLayout;
+class QLineEdit;
+class QPushButton;
+
+class CFormDlg : public CEditorDlg {
+    Q_OBJECT
+
+protected:
+    // record outlives the dialog: it is the dialog's copy, a member of the class.
+    CFormDlg(QWidget* parent, const FormSpec& spec, void* record);
+
+    // All texts anew, after whatever has changed the record.
+    void Redraw();
+    void OnRedraw(std::function<void()> redraw) { m_redraws.push_back(std::move(redraw)); }
+
+    // A row with one control; the caption is the control's label.
+    void AddRow(const char* caption, QWidget& control);
+    // A text with a "..." behind it, drawn by print on each Redraw. What the button does is the caller's.
+    QPushButton& AddText(const char* caption, std::function<std::string()> print);
+    QPushButton& AddButton(const char* caption);
+
+    void Load() override { Redraw(); }
+    bool Store() override { return true; }
+
+private:
+    void Add(const FormField& field);
+    void Add(const FormFlag& flag);
+    void Add(const FormList& list);
+    void Add(const FormChoice& choice);
+    const FormAlternative* Chosen(const FormChoice& choice) const;
+    void Edit(const FormField& field);
+
+    void* const m_record;
+    QGridLayout* const m_grid;
+    std::vector<std::function<void()>> m_redraws;
+};
+
+// A form whose copy is the record itself.
+template <class Record>
+class CRecordForm : public CFormDlg {
+public:
+    Record Value{};
+
+protected:
+    CRecordForm(QWidget* parent, const FormSpec& spec) : CFormDlg(parent, spec, &Value) {}
+};
