@@ -48,6 +48,7 @@ template <class Dialog, class Member>
 bool RunEditor(Dialog& dialog, const std::string& label, Member& member) {
     dialog.SetLabel(label);
     if constexpr (requires { dialog.Value.Assign(member); }) {
+        dialog.Value.SetPropId(member.GetObjType(), member.GetPropId());
         dialog.Value.Assign(member);
         if (!dialog.Run())
             return false;
@@ -59,4 +60,11 @@ bool RunEditor(Dialog& dialog, const std::string& label, Member& member) {
         member = dialog.Value;
     }
     return true;
+}
+
+// The same with an editor that is made for it.
+template <class Dialog, class Member>
+bool EditWith(QWidget* parent, const std::string& label, Member& member) {
+    Dialog dialog(parent);
+    return RunEditor(dialog, label, member);
 }

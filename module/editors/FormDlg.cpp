@@ -24,7 +24,11 @@ CFormDlg::CFormDlg(QWidget* parent, const FormSpec& spec, void* record)
     : CEditorDlg(parent, spec.title), m_record(record), m_grid(new QGridLayout) {
     GetContent().addLayout(m_grid);
     GetContent().addStretch(1);
-    for (const FormRow& row : spec.rows)
+    AddRows(spec.rows);
+}
+
+void CFormDlg::AddRows(std::span<const FormRow> rows) {
+    for (const FormRow& row : rows)
         std::visit([this](const auto& kind) { Add(kind); }, row);
 }
 

@@ -6,6 +6,7 @@
 #include "module/editors/FormRow.h"
 
 #include <functional>
+#include <span>
 #include <vector>
 
 class QGridLayout;
@@ -23,6 +24,8 @@ protected:
     void Redraw();
     void OnRedraw(std::function<void()> redraw) { m_redraws.push_back(std::move(redraw)); }
 
+    // Behind the rows that are there. rows live as long as the dialog.
+    void AddRows(std::span<const FormRow> rows);
     // A row with one control; the caption is the control's label.
     void AddRow(const char* caption, QWidget& control);
     // A text with a "..." behind it, drawn by print on each Redraw. What the button does is the caller's.

@@ -7,6 +7,8 @@
 
 #include "api/bacnet/PropertyValue.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -21,6 +23,14 @@ struct MemberEditor {
     std::string (*print)(const Member& member);
     bool (*edit)(QWidget* parent, const std::string& label, Member& member); // true: the member has changed
 };
+
+// A member's text by one of CBacGeneral's print functions; options are what the function wants behind the value.
+template <auto PrintFunction, auto... Options, class Member>
+std::string PrintWith(const Member& member) {
+    std::array<char, 128> text;
+    const int length = PrintFunction(text.data(), text.size(), member, Options...);
+    return {text.data(), static_cast<std::size_t>(length)};
+}
 
 // A read-only text with a "..." button.
 struct FormField {
