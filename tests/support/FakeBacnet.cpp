@@ -7,6 +7,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <span>
 #include <stdexcept>
 
 namespace {
@@ -40,6 +41,16 @@ std::string Text(BACSTAC_READ_RANGE_SPEC const& spec) {
     if (spec.Kind == BACSTAC_RANGE_ALL)
         return "0";
     return Text("%u, %u, %d", spec.Kind, spec.ByIndex.Reference, spec.ByIndex.Count);
+}
+
+std::string Text(BACSTAC_PROPERTY_CONTENTS const& contents, BACSTAC_OBJECT_ID const& object,
+                 BACSTAC_PROPERTY_ID property, int arrayIndex) {
+    if (contents.DataType < 0)
+        return "nothing";
+    std::string text(256, '\0');
+    text.resize(static_cast<std::size_t>(CBacGeneral::PrintContents(text.data(), static_cast<unsigned>(text.size()),
+                                                                    contents, object.Type, property, arrayIndex)));
+    return text;
 }
 
 BACSTAC_STATUS Fail(BACSTAC_ERROR* error, unsigned errorClass, unsigned code) {
@@ -249,6 +260,19 @@ BACSTAC_STATUS CFakeBacnet::Read(unsigned device, BACSTAC_OBJECT_ID const& objec
     return BACSTAC_OK;
 }
 
+BACSTAC_STATUS CFakeBacnet::Store(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property,
+                                  BACSTAC_PROPERTY_CONTENTS const& contents, BACSTAC_ERROR* error) {
+    if (contents.DataType < 0)
+        return BACSTAC_STATUS_INVALID_ARGUMENT;
+    const std::lock_guard lock(m_mutex);
+    Object* const found = FindObject(device, object);
+    if (found == nullptr)
+        return Fail(error, ERROR_CLASS_OBJECT, ERROR_CODE_UNKNOWN_OBJECT);
+    const std::string bytes(static_cast<const char*>(contents.Buffer), contents.BufferSize);
+    found->values[property] = {contents.DataType, contents.ElementCount, bytes};
+    return BACSTAC_OK;
+}
+
 BACSTAC_STATUS CFakeBacnet::ReadProperty(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property,
                                          int arrayIndex, void* buffer, unsigned size, BACSTAC_ERROR* error) {
     FakeValue value;
@@ -391,18 +415,20 @@ BACSTAC_STATUS CFakeBacnet::ReadPropertyConditional(unsigned device, BACSTAC_REA
 
 BACSTAC_STATUS CFakeBacnet::WriteProperty(unsigned device, BACSTAC_OBJECT_ID const& object,
                                           BACSTAC_PROPERTY_ID property, int arrayIndex, int priority,
-                                          BACSTAC_PROPERTY_CONTENTS const&, BACSTAC_ERROR* error) {
-    return Unsupported(Text("WriteProperty(%u, ", device) + Text(object) +
-                           Text(", %u, %d, %d)", property, arrayIndex, priority),
-                       error);
+                                          BACSTAC_PROPERTY_CONTENTS const& contents, BACSTAC_ERROR* error) {
+    const BACSTAC_STATUS status = Call(Text("WriteProperty(%u, ", device) + Text(object) +
+                                           Text(", %u, %d, %d, ", property, arrayIndex, priority) +
+                                           Text(contents, object, property, arrayIndex) + ")",
+                                       error);
+    return status == BACSTAC_OK ? Store(device, object, property, contents, error) : status;
 }
 
 BACSTAC_STATUS CFakeBacnet::WritePropertyNull(unsigned device, BACSTAC_OBJECT_ID const& object,
                                               BACSTAC_PROPERTY_ID property, int arrayIndex, int priority,
                                               BACSTAC_ERROR* error) {
-    return Unsupported(Text("WritePropertyNull(%u, ", device) + Text(object) +
-                           Text(", %u, %d, %d)", property, arrayIndex, priority),
-                       error);
+    return Call(Text("WritePropertyNull(%u, ", device) + Text(object) +
+                    Text(", %u, %d, %d)", property, arrayIndex, priority),
+                error);
 }
 
 BACSTAC_STATUS CFakeBacnet::CreateObject(unsigned device, BACSTAC_OBJECT_SPECIFIER const* specifier,
@@ -605,7 +631,17 @@ BACSTAC_STATUS CFakeBacnet::ReadPropertyMultiple(unsigned device, BACSTAC_ADDRES
 }
 
 BACSTAC_STATUS CFakeBacnet::WritePropertyMultiple(unsigned device, BACSTAC_ADDRESS const&,
-                                                  BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_VALUE const*,
+                                                  BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_VALUE const* values,
                                                   unsigned count, BACSTAC_ERROR* error) {
-    return Unsupported(Text("WritePropertyMultiple(%u, ", device) + Text(object) + Text(", %u)", count), error);
+    std::string event = Text("WritePropertyMultiple(%u, ", device) + Text(object);
+    for (const BACSTAC_PROPERTY_VALUE& value : std::span(values, count)) {
+        event += Text(", %u", value.Property);
+        if (value.Priority != BACSTAC_NO_PRIORITY)
+            event += Text("@%d", value.Priority);
+        event += " " + Text(value.Contents, object, value.Property, value.ArrayIndex);
+    }
+    BACSTAC_STATUS status = Call(event + ")", error);
+    for (unsigned i = 0; i < count && status == BACSTAC_OK; ++i)
+        status = Store(device, object, values[i].Property, values[i].Contents, error);
+    return status;
 }

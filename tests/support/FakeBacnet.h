@@ -113,10 +113,13 @@ public:
                              unsigned* firstSequenceNumber) override;
     BACSTAC_STATUS ReadPropertyConditional(unsigned, BACSTAC_READ_CON_INFO const*, BACSTAC_RPC_RESULT*,
                                            BACSTAC_ERROR*) override;
-    BACSTAC_STATUS WriteProperty(unsigned, BACSTAC_OBJECT_ID const&, BACSTAC_PROPERTY_ID, int, int,
-                                 BACSTAC_PROPERTY_CONTENTS const&, BACSTAC_ERROR*) override;
-    BACSTAC_STATUS WritePropertyNull(unsigned, BACSTAC_OBJECT_ID const&, BACSTAC_PROPERTY_ID, int, int,
-                                     BACSTAC_ERROR*) override;
+    // Event: "WriteProperty(10, (2, 1), 85, -1, 8, 21.5)", the index, the priority, and the value as it prints. What
+    // is written is there to be read; a null is only an event.
+    BACSTAC_STATUS WriteProperty(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property,
+                                 int arrayIndex, int priority, BACSTAC_PROPERTY_CONTENTS const& contents,
+                                 BACSTAC_ERROR* error) override;
+    BACSTAC_STATUS WritePropertyNull(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property,
+                                     int arrayIndex, int priority, BACSTAC_ERROR* error) override;
     BACSTAC_STATUS CreateObject(unsigned, BACSTAC_OBJECT_SPECIFIER const*, BACSTAC_PROPERTY_VALUE const*, unsigned,
                                 BACSTAC_OBJECT_ID*, BACSTAC_ERROR*, unsigned*) override;
     BACSTAC_STATUS DeleteObject(unsigned, BACSTAC_OBJECT_ID const*, BACSTAC_ERROR*) override;
@@ -150,8 +153,10 @@ public:
     // Event: "ReadPropertyMultiple(10, (2, 1) 77 28 87[0])".
     BACSTAC_STATUS ReadPropertyMultiple(unsigned device, BACSTAC_ADDRESS const&, BACSTAC_OBJECT_ID const* objects,
                                         BACSTAC_READ_RESULT_ITEM* items, unsigned count, BACSTAC_ERROR* error) override;
-    BACSTAC_STATUS WritePropertyMultiple(unsigned, BACSTAC_ADDRESS const&, BACSTAC_OBJECT_ID const&,
-                                         BACSTAC_PROPERTY_VALUE const*, unsigned, BACSTAC_ERROR*) override;
+    // Event: "WritePropertyMultiple(10, (2, 1), 28 zone, 85@8 21.5)".
+    BACSTAC_STATUS WritePropertyMultiple(unsigned device, BACSTAC_ADDRESS const&, BACSTAC_OBJECT_ID const& object,
+                                         BACSTAC_PROPERTY_VALUE const* values, unsigned count,
+                                         BACSTAC_ERROR* error) override;
 
 private:
     struct Object {
@@ -180,6 +185,8 @@ private:
     BACSTAC_STATUS Unsupported(const std::string& event, BACSTAC_ERROR* error);
     BACSTAC_STATUS Read(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property, int arrayIndex,
                         BACSTAC_ERROR* error, FakeValue& value);
+    BACSTAC_STATUS Store(unsigned device, BACSTAC_OBJECT_ID const& object, BACSTAC_PROPERTY_ID property,
+                         BACSTAC_PROPERTY_CONTENTS const& contents, BACSTAC_ERROR* error);
     // With the mutex held.
     Object* FindObject(unsigned device, BACSTAC_OBJECT_ID const& object);
     Object& At(unsigned device, BACSTAC_OBJECT_ID const& object); // throws when the site has none
