@@ -1,29 +1,18 @@
 // The browser's page without its window: timers, saving, scans, and what is selected.
 #include "module/browser/ObjBrowser.h"
 
-#include "api/driver/Identity.h"
 #include "module/browser/Discovery.h"
 #include "tests/support/TempFolder.h"
 #include "tests/unit/browser/BrowserSite.h"
 #include "tests/unit/browser/Directories.h"
 #include "tests/unit/browser/FakeQueue.h"
+#include "tests/unit/browser/StationIdentity.h"
 
 #include <map>
 
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class CStationIdentity : public IBacnetIdentity {
-public:
-    std::uint32_t GetDeviceInstance() override { return 1; }
-    void SetDeviceInstance(std::uint32_t) override {}
-    std::string GetDeviceName() override { return {}; }
-    void SetDeviceName(const std::string&) override {}
-    std::uint16_t GetLocalNetworkNumber() override { return 7; }
-    std::uint32_t GetProcessIdentifier() override { return 1; }
-    void SetProcessIdentifier(std::uint32_t) override {}
-};
 
 class ObjBrowser : public BrowserSite, public IBrowserWindow {
 protected:
