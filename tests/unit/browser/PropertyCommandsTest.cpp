@@ -1,15 +1,12 @@
 // What the commands on properties send, ask and show, in which order.
-#include "module/browser/PropertyCommands.h"
-
 #include "api/bacnet/PropertyValues.h"
 #include "tests/support/FakeOperator.h"
+#include "tests/support/FakePropertyWindow.h"
 #include "tests/support/TempFolder.h"
 #include "tests/unit/browser/BrowserSite.h"
 #include "tests/unit/browser/Directories.h"
 #include "tests/unit/browser/FakeQueue.h"
 #include "tests/unit/browser/StationIdentity.h"
-
-#include <deque>
 
 using Rows = std::vector<BACSTAC_PROPERTY_ID>;
 using testing::ElementsAre;
@@ -34,9 +31,8 @@ void PutReal(CPropertyValue& value, float number) {
 
 } // namespace
 
-// Boxes, dialogs, calls and reloads in one list: "wait" and "answer" are around a read, "edit NAME TEXT" is an editor,
-// "reload" the list of properties.
-class PropertyCommands : public BrowserSite, public IBrowserWindow, public IPropertyPrompts {
+// Boxes, dialogs, calls and reloads are in one list.
+class PropertyCommands : public BrowserSite {
 protected:
     PropertyCommands() {
         CBacGeneral::SetDirFileName(m_folder.File("directory"));
@@ -56,11 +52,10 @@ protected:
         directory.SetObjCommandable(10, VALUE, true);
         directory.SetObjCommandable(20, REMOTE, true);
         directory.Save(m_folder.File("directory"));
-        m_browser = std::make_unique<CObjBrowser>(BrowserServices{m_bacnet, m_identity, m_order, m_queue},
-                                                  static_cast<IBrowserWindow&>(*this));
+        m_browser = std::make_unique<CObjBrowser>(BrowserServices{m_bacnet, m_identity, m_order, m_queue}, m_window);
         m_browser->Start();
         m_commands = std::make_unique<CPropertyCommands>(
-            PropertyCommandServices{m_bacnet, *m_browser, *this, *this, m_operator});
+            PropertyCommandServices{m_bacnet, *m_browser, m_window, m_window, m_operator});
         Select(10, VALUE, {PROP_PRESENT_VALUE});
         m_events.Take();
     }
@@ -70,18 +65,18 @@ protected:
     }
 
     void Select(unsigned device, BACSTAC_OBJECT_ID object, const Rows& rows) {
-        m_selected = m_browser->GetTree().FindObject(device, object);
-        m_rows.assign(rows.begin(), rows.end());
+        m_window.m_selected = m_browser->GetTree().FindObject(device, object);
+        m_window.m_rows.assign(rows.begin(), rows.end());
     }
     // What the operator does with the editors, one after the other; with those that come then, Cancel.
     void Type(float number) {
-        m_edits.push_back([number](CPropertyValue& value) {
+        m_window.m_edits.push_back([number](CPropertyValue& value) {
             PutReal(value, number);
             return true;
         });
     }
     void PressOk(std::function<void()> meanwhile = [] {}) {
-        m_edits.push_back([meanwhile](CPropertyValue&) {
+        m_window.m_edits.push_back([meanwhile](CPropertyValue&) {
             meanwhile();
             return true;
         });
@@ -98,81 +93,12 @@ protected:
         return "Box(Error, " + words + "\r\n" + CBacGeneral::GetErrorText(status, &error) + ", error, OK)";
     }
 
-    // ---- the window
-    void StartTimer(BrowserTimer timer, unsigned) override {
-        m_events.Add(timer == BrowserTimer::Read ? "reload" : "another timer");
-    }
-    void StopTimer(BrowserTimer) override {}
-    bool IsServing() const override { return true; }
-    const TreeItem* GetSelectedItem() const override { return m_selected; }
-    std::vector<std::int64_t> GetSelectedRows() const override { return m_rows; }
-    std::string GetFilter() const override { return {}; }
-    void HideStrip() override {}
-    std::optional<DeviceAddresses> PickDevices(CDiscovery&) override { return std::nullopt; }
-    std::optional<unsigned> AskRefreshPeriod(unsigned) override { return std::nullopt; }
-    std::unique_ptr<IProgress> OpenProgress() override {
-        class CWait : public IProgress {
-        public:
-            explicit CWait(PropertyCommands& test) : m_test(test) { m_test.m_events.Add("wait"); }
-            ~CWait() override { m_test.m_events.Add("answer"); }
-            void SetTitle(const std::string&) override {}
-            void SetProgress(const std::string&, unsigned) override { m_test.m_onWait(); }
-            bool IsCancelled() const override { return m_test.m_isWaitClosed; }
-            void ClearCancelled() override {}
-
-        private:
-            PropertyCommands& m_test;
-        };
-        return std::make_unique<CWait>(*this);
-    }
-    void BeginReading(const std::string&, unsigned) override {}
-    void SetSource(const std::string&, unsigned) override {}
-    void SetProperty(const std::string&, unsigned) override {}
-    void AddRow(const PropertyRow&) override {}
-    void ClearRows() override {}
-    void EndReading() override {}
-
-    // ---- the operator
-    std::optional<PropertyRow> GetSelectedRow() const override {
-        return m_rows.size() == 1 ? std::optional(PropertyRow{"present-value", "{a, b}", m_rows.front()})
-                                  : std::nullopt;
-    }
-    bool EditValue(CPropertyValue& value) override {
-        m_events.Add("edit " + value.GetPropName() + " " + value.ToText(BACSTAC_NO_INDEX));
-        if (m_edits.empty())
-            return false;
-        const auto edit = m_edits.front();
-        m_edits.pop_front();
-        return edit(value);
-    }
-    std::optional<unsigned> AskPriority(unsigned priority) override {
-        m_events.Add("priority " + std::to_string(priority));
-        return m_priority;
-    }
-    std::optional<unsigned> AskArrayIndex(unsigned index) override {
-        m_events.Add("index " + std::to_string(index));
-        return m_index;
-    }
-    void ShowValue(const std::string& caption, const std::string& text) override {
-        m_events.Add("show " + caption + ": " + text);
-    }
-    void ShowLogBuffer(unsigned device, const BACSTAC_OBJECT_ID& object) override {
-        m_events.Add("log " + std::to_string(device) + " " + std::to_string(object.Type) + " " +
-                     std::to_string(object.Instance));
-    }
-
     CTempFolder m_folder;
     CStationIdentity m_identity;
     CPlainOrder m_order;
     std::shared_ptr<CFakeQueue> m_queue = std::make_shared<CFakeQueue>();
     CFakeOperator m_operator{m_events};
-    const TreeItem* m_selected = nullptr;
-    std::vector<std::int64_t> m_rows;
-    std::deque<std::function<bool(CPropertyValue&)>> m_edits;
-    std::optional<unsigned> m_priority = 8;
-    std::optional<unsigned> m_index;
-    bool m_isWaitClosed = false;
-    std::function<void()> m_onWait = [] {};
+    CFakePropertyWindow m_window{m_events};
     std::unique_ptr<CObjBrowser> m_browser;
     std::unique_ptr<CPropertyCommands> m_commands;
 };
@@ -188,7 +114,7 @@ TEST_F(PropertyCommands, AnEditAsksForTheValueFirstAndThePriorityThen) {
 
 TEST_F(PropertyCommands, TheLastPriorityIsProposed) {
     Type(22.5F);
-    m_priority = 16;
+    m_window.m_priority = 16;
     m_commands->Edit();
     m_events.Take();
     m_commands->SetToNull();
@@ -197,7 +123,7 @@ TEST_F(PropertyCommands, TheLastPriorityIsProposed) {
 
 TEST_F(PropertyCommands, ACancelledPriorityReturnsToTheEditor) {
     Type(22.5F);
-    m_priority.reset();
+    m_window.m_priority.reset();
     m_commands->Edit();
     EXPECT_THAT(AfterRead("10, (2, 1), 85, -1"),
                 ElementsAre("edit present-value 21.5", "priority 8", "edit present-value 22.5"));
@@ -245,30 +171,27 @@ TEST_F(PropertyCommands, AFailedWriteOpensTheEditorWithWhatWasTyped) {
 TEST_F(PropertyCommands, AFailedReadIsReportedAndTheTextShown) {
     m_bacnet.SetFault("ReadProperty", BACSTAC_STATUS_TIMEOUT);
     m_commands->Edit();
-    EXPECT_THAT(AfterRead("10, (2, 1), 85, -1"),
-                ElementsAre(Box("ReadProperty", BACSTAC_STATUS_TIMEOUT),
-                            "show Value of \"present-value\" from \"zone - 1\": {a, b}"));
+    EXPECT_THAT(AfterRead("10, (2, 1), 85, -1"), ElementsAre(Box("ReadProperty", BACSTAC_STATUS_TIMEOUT),
+                                                             "show Value of \"row\" from \"zone - 1\": {a, b}"));
 }
 
 TEST_F(PropertyCommands, AClosedWaitGivesTheReadUp) {
-    m_isWaitClosed = true;
+    m_window.m_isWaitClosed = true;
     m_commands->Edit();
     EXPECT_THAT(m_events.Take(), ElementsAre("wait", "answer", Box("ReadProperty", BACSTAC_STATUS_CANCELLED),
-                                             "show Value of \"present-value\" from \"zone - 1\": {a, b}"));
+                                             "show Value of \"row\" from \"zone - 1\": {a, b}"));
 }
 
 TEST_F(PropertyCommands, WhatCannotBeDecodedIsShownWithoutABox) {
     SetValue(10, VALUE, PROP_PRESENT_VALUE, {TYPE_NONE, 0, "?"});
     m_commands->Edit();
-    EXPECT_THAT(AfterRead("10, (2, 1), 85, -1"),
-                ElementsAre("show Value of \"present-value\" from \"zone - 1\": {a, b}"));
+    EXPECT_THAT(AfterRead("10, (2, 1), 85, -1"), ElementsAre("show Value of \"row\" from \"zone - 1\": {a, b}"));
 }
 
 TEST_F(PropertyCommands, WhatCannotBeAValueIsShownWithoutABox) {
     SetValue(10, VALUE, PROP_PRESENT_VALUE, {999, 1, "????????"});
     m_commands->Edit();
-    EXPECT_THAT(AfterRead("10, (2, 1), 85, -1"),
-                ElementsAre("show Value of \"present-value\" from \"zone - 1\": {a, b}"));
+    EXPECT_THAT(AfterRead("10, (2, 1), 85, -1"), ElementsAre("show Value of \"row\" from \"zone - 1\": {a, b}"));
 }
 
 TEST_F(PropertyCommands, AProprietaryPropertyIsEditedAsItWasRead) {
@@ -309,8 +232,8 @@ TEST_F(PropertyCommands, CommandsOnOneRowNeedOneRow) {
         m_commands->SetToNull();
         m_commands->Zoom();
     }
-    m_selected = nullptr;
-    m_rows = {PROP_PRESENT_VALUE};
+    m_window.m_selected = nullptr;
+    m_window.m_rows = {PROP_PRESENT_VALUE};
     m_commands->Edit();
     m_commands->EditArrayItem();
     m_commands->SetToNull();
@@ -321,7 +244,7 @@ TEST_F(PropertyCommands, CommandsOnOneRowNeedOneRow) {
 // ---- the selection meanwhile
 
 TEST_F(PropertyCommands, ASelectionThatChangesDuringTheReadIsWrittenTo) {
-    m_onWait = [this] { Select(20, REMOTE, {PROP_PRESENT_VALUE}); };
+    m_window.m_onWait = [this] { Select(20, REMOTE, {PROP_PRESENT_VALUE}); };
     PressOk();
     m_commands->Edit();
     EXPECT_THAT(AfterRead("10, (2, 1), 85, -1"), ElementsAre("edit present-value 21.5", "priority 8",
@@ -330,21 +253,21 @@ TEST_F(PropertyCommands, ASelectionThatChangesDuringTheReadIsWrittenTo) {
 
 TEST_F(PropertyCommands, ATreeThatIsRebuiltMeanwhileIsNoHarm) {
     const auto rebuild = [this] {
-        m_selected = nullptr;
-        m_rows.clear();
+        m_window.m_selected = nullptr;
+        m_window.m_rows.clear();
         m_browser->RebuildTree();
     };
-    m_onWait = rebuild;
+    m_window.m_onWait = rebuild;
     Type(22.5F);
     m_commands->Edit();
     EXPECT_THAT(AfterRead("10, (2, 1), 85, -1"), ElementsAre("edit present-value 21.5", "edit present-value 22.5"));
-    m_onWait = [] {};
+    m_window.m_onWait = {};
     Select(10, VALUE, {PROP_PRESENT_VALUE});
     PressOk(rebuild);
     m_commands->Edit();
     EXPECT_THAT(AfterRead("10, (2, 1), 85, -1"), ElementsAre("edit present-value 21.5", "edit present-value 21.5"));
-    m_isWaitClosed = true;
-    m_onWait = rebuild;
+    m_window.m_isWaitClosed = true;
+    m_window.m_onWait = rebuild;
     Select(10, VALUE, {PROP_PRESENT_VALUE});
     m_commands->Edit();
     EXPECT_THAT(m_events.Take(), ElementsAre("wait", "answer", Box("ReadProperty", BACSTAC_STATUS_CANCELLED)));
@@ -354,36 +277,36 @@ TEST_F(PropertyCommands, ATreeThatIsRebuiltMeanwhileIsNoHarm) {
 
 TEST_F(PropertyCommands, AnElementIsEditedByItsIndex) {
     Select(10, STATES, {STATE_TEXT});
-    m_index = 3;
+    m_window.m_index = 3;
     PressOk();
     m_commands->EditArrayItem();
     EXPECT_THAT(m_events.Take(),
                 ElementsAre("index 1", "wait", "ReadProperty(10, (19, 3), 110, 3)", "answer", "edit state-text on",
                             "WriteProperty(10, (19, 3), 110, 3, -1, on)", "reload"));
-    m_index.reset();
+    m_window.m_index.reset();
     m_commands->EditArrayItem();
     EXPECT_THAT(m_events.Take(), ElementsAre("index 3"));
 }
 
 TEST_F(PropertyCommands, AnElementIsOneValueOfAList) {
     Select(10, STATES, {STATE_TEXT});
-    m_index = 1;
-    m_edits.push_back([](CPropertyValue& value) {
+    m_window.m_index = 1;
+    m_window.m_edits.push_back([](CPropertyValue& value) {
         EXPECT_FALSE(value.IsCollection());
         return false;
     });
     m_commands->EditArrayItem();
-    m_edits.push_back([](CPropertyValue& value) {
+    m_window.m_edits.push_back([](CPropertyValue& value) {
         EXPECT_TRUE(value.IsCollection());
         return false;
     });
     m_commands->Edit();
-    EXPECT_THAT(m_edits, IsEmpty());
+    EXPECT_THAT(m_window.m_edits, IsEmpty());
 }
 
 TEST_F(PropertyCommands, AnElementThatCannotBeReadIsNotShown) {
     Select(10, VALUE, {PRIORITY_ARRAY});
-    m_index = 17;
+    m_window.m_index = 17;
     m_bacnet.SetFault("ReadProperty", BACSTAC_STATUS_TIMEOUT, {}, 0, 1);
     m_commands->EditArrayItem();
     EXPECT_THAT(m_events.Take(), ElementsAre("index 1", "wait", "ReadProperty(10, (2, 1), 87, 17)", "answer",
@@ -396,7 +319,7 @@ TEST_F(PropertyCommands, AnElementThatCannotBeReadIsNotShown) {
 TEST_F(PropertyCommands, AnElementIsEditedUntilItIsWritten) {
     m_bacnet.SetFault("WriteProperty", BACSTAC_STATUS_TIMEOUT, {}, 0, 1);
     Select(10, INPUT, {PROP_PRESENT_VALUE});
-    m_index = 2;
+    m_window.m_index = 2;
     Type(1);
     PressOk();
     m_commands->EditArrayItem();
@@ -419,7 +342,7 @@ TEST_F(PropertyCommands, ANullThatIsRefusedReloadsTheList) {
 
 TEST_F(PropertyCommands, ALookSendsNothing) {
     m_commands->Zoom();
-    EXPECT_THAT(m_events.Take(), ElementsAre("show Value of \"present-value\" from \"zone - 1\": {a, b}"));
+    EXPECT_THAT(m_events.Take(), ElementsAre("show Value of \"row\" from \"zone - 1\": {a, b}"));
 }
 
 // ---- copy and paste
@@ -485,7 +408,7 @@ TEST_F(PropertyCommands, ACancelledPriorityPastesNothing) {
     Select(10, VALUE, {PROP_DESCRIPTION, PROP_PRESENT_VALUE});
     m_commands->Copy();
     m_events.Take();
-    m_priority.reset();
+    m_window.m_priority.reset();
     m_commands->Paste();
     EXPECT_THAT(m_events.Take(), ElementsAre("priority 8"));
     Select(10, VALUE, {});
