@@ -5,11 +5,9 @@
 #include "module/browser/ObjectStatus.h"
 #include "module/browser/PropertyListReader.h"
 #include "module/browser/Scan.h"
-#include "platform/stack/client/BacnetClient.h"
-#include "simulator/Profiles.h"
-#include "simulator/Simulator.h"
+#include "tests/integration/DeviceSite.h"
+#include "tests/integration/ProfileNames.h"
 #include "tests/support/LogSink.h"
-#include "tests/support/Loopback.h"
 #include "tests/unit/browser/BrowserSite.h"
 #include "tests/unit/browser/Directories.h"
 #include "tests/unit/browser/FakeQueue.h"
@@ -27,11 +25,10 @@ constexpr unsigned GOOD = 2000; // always well
 constexpr unsigned POINTS = 3;
 constexpr BACSTAC_OBJECT_ID POINT{OBJ_ANALOG_INPUT, 1};
 
-sim::DeviceConfig NewDevice(unsigned instance, std::uint32_t ip) {
+sim::DeviceConfig NewDevice(unsigned instance) {
     sim::DeviceConfig device;
     device.Instance = instance;
     device.Name = "Device " + std::to_string(instance);
-    device.Ip = ip;
     for (unsigned i = 1; i <= POINTS; ++i) {
         sim::ObjectConfig point;
         point.Id = {OBJ_ANALOG_INPUT, i};
@@ -43,39 +40,13 @@ sim::DeviceConfig NewDevice(unsigned instance, std::uint32_t ip) {
 
 } // namespace
 
-class BrowserOverUdp : public testing::Test, public IPropertyListView {
+class BrowserOverUdp : public DeviceSite, public IPropertyListView {
 protected:
-    ~BrowserOverUdp() override { BACnet = nullptr; }
-
-    void Start(const sim::Profile* profile) {
-        sim::SimulatorConfig config;
-        config.Port = m_block.Port();
-        config.Devices = {NewDevice(ODD, m_block.Ip(1)), NewDevice(GOOD, m_block.Ip(2))};
+    void StartWith(const sim::Profile* profile) {
+        std::vector<sim::DeviceConfig> devices{NewDevice(ODD), NewDevice(GOOD)};
         if (profile)
-            profile->Apply(config.Devices[0]);
-        m_simulator = std::make_unique<sim::Simulator>(config);
-        std::string failure;
-        ASSERT_TRUE(m_simulator->Start(failure)) << failure;
-
-        bacnet::ClientConfig client;
-        client.Transactions.TimeoutMs = 100;
-        client.Transactions.Retries = 0;
-        client.Ports.push_back({0, m_block.Text(250), m_block.Port(), "127.255.255.255"});
-        m_client = bacnet::BacnetClient::Open(client, failure);
-        ASSERT_TRUE(m_client) << failure;
-        BACnet = m_client.get();
-        for (const sim::DeviceConfig& device : config.Devices) {
-            m_addresses[device.Instance] = {0, 0, 0, {127, 0, 0, 0, 0, 0}, 6};
-            BACSTAC_ADDRESS& address = m_addresses[device.Instance];
-            for (unsigned octet = 0; octet < 4; ++octet)
-                address.Mac[octet] = static_cast<std::uint8_t>(device.Ip >> (24 - 8 * octet));
-            address.Mac[4] = static_cast<std::uint8_t>(config.Port >> 8);
-            address.Mac[5] = static_cast<std::uint8_t>(config.Port & 0xFF);
-            BACSTAC_ADDRESS former{};
-            m_client->Directory().Learn(
-                {device.Instance, device.MaxApdu, static_cast<std::uint32_t>(device.Segmentation), device.VendorId},
-                address, former);
-        }
+            profile->Apply(devices[0]);
+        Start(std::move(devices));
     }
 
     bool Scan() {
@@ -99,10 +70,6 @@ protected:
     void ClearRows() override { m_rows.Take(); }
     void EndReading() override {}
 
-    testing_support::LoopbackBlock m_block;
-    std::unique_ptr<sim::Simulator> m_simulator;
-    std::unique_ptr<bacnet::BacnetClient> m_client;
-    DeviceAddresses m_addresses;
     CBACnetDir m_directory;
     CEventList m_events;
     CEventList m_log;
@@ -112,7 +79,7 @@ protected:
 };
 
 TEST_F(BrowserOverUdp, AScanFindsEveryObjectWithItsName) {
-    Start(nullptr);
+    StartWith(nullptr);
     ASSERT_TRUE(Scan());
     EXPECT_EQ(ObjectsOf(ODD), POINTS + 1);
     EXPECT_EQ(m_directory.GetDev(ODD).GetName(), "Device 1000");
@@ -121,7 +88,7 @@ TEST_F(BrowserOverUdp, AScanFindsEveryObjectWithItsName) {
 }
 
 TEST_F(BrowserOverUdp, AListHasTheObjectsProperties) {
-    Start(nullptr);
+    StartWith(nullptr);
     const Lines rows = Read(GOOD);
     EXPECT_THAT(rows, Contains("object-name = Point 1"));
     EXPECT_THAT(rows, Contains("object-identifier = (analog-input, 1)"));
@@ -129,7 +96,7 @@ TEST_F(BrowserOverUdp, AListHasTheObjectsProperties) {
 }
 
 TEST_F(BrowserOverUdp, AScannedDirectoryShowsTheStatusOfItsObjects) {
-    Start(nullptr);
+    StartWith(nullptr);
     ASSERT_TRUE(Scan());
     CPlainOrder order;
     CBrowserTree tree(order);
@@ -144,7 +111,7 @@ TEST_F(BrowserOverUdp, AScannedDirectoryShowsTheStatusOfItsObjects) {
 class BadDevice : public BrowserOverUdp, public testing::WithParamInterface<const char*> {};
 
 TEST_P(BadDevice, SpoilsNothingButItself) {
-    Start(sim::FindProfile(GetParam()));
+    StartWith(sim::FindProfile(GetParam()));
     ASSERT_TRUE(Scan());
     EXPECT_EQ(ObjectsOf(GOOD), POINTS + 1);
     EXPECT_THAT(m_log.Take().back(), testing::StartsWith("I: Scan: "));
@@ -154,21 +121,4 @@ TEST_P(BadDevice, SpoilsNothingButItself) {
         EXPECT_TRUE(rows.size() == 1 || !row.starts_with("error = ")) << row;
 }
 
-namespace {
-
-std::vector<const char*> ProfileNames() {
-    std::vector<const char*> names;
-    for (const sim::Profile& profile : sim::AllProfiles())
-        names.push_back(profile.Name);
-    return names;
-}
-
-std::string TestName(const testing::TestParamInfo<const char*>& info) {
-    std::string name = info.param;
-    std::erase_if(name, [](char c) { return std::isalnum(static_cast<unsigned char>(c)) == 0; });
-    return name;
-}
-
-} // namespace
-
-INSTANTIATE_TEST_SUITE_P(Profiles, BadDevice, testing::ValuesIn(ProfileNames()), TestName);
+INSTANTIATE_TEST_SUITE_P(Profiles, BadDevice, testing::ValuesIn(ProfileNames()), ProfileTestName);
