@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-CSpinEdit::CSpinEdit(QWidget* parent, std::uint32_t low, std::uint32_t high, int digits)
+CSpinEdit::CSpinEdit(QWidget* parent, std::int64_t low, std::int64_t high, int digits)
     : QAbstractSpinBox(parent), m_low(low), m_high(high), m_digits(digits), m_edit(new CLimitEdit(this, digits)) {
     setLineEdit(m_edit);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -18,12 +18,14 @@ void CSpinEdit::SetText(const QString& text) {
     m_edit->SetWholeText(text);
 }
 
-std::int64_t CSpinEdit::Value() const {
-    return DecToU32(text().toStdString());
+void CSpinEdit::SetRange(std::int64_t low, std::int64_t high) {
+    m_low = low;
+    m_high = high;
 }
 
 void CSpinEdit::stepBy(int steps) {
-    SetText(QString::number(std::clamp(Value() + steps, m_low, m_high)));
+    const std::int64_t number = DecToI64(text().toStdString()) + steps;
+    SetText(QString::number(std::max(m_low, std::min(number, m_high))));
     selectAll();
 }
 

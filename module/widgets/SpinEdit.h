@@ -12,8 +12,10 @@ class CSpinEdit : public QAbstractSpinBox {
     Q_OBJECT
 
 public:
-    // digits: what can be typed, in characters.
-    CSpinEdit(QWidget* parent, std::uint32_t low, std::uint32_t high, int digits);
+    // Both limits included. digits: what can be typed, in characters, a sign among them.
+    CSpinEdit(QWidget* parent, std::int64_t low, std::int64_t high, int digits);
+
+    void SetRange(std::int64_t low, std::int64_t high);
 
     QString GetText() const { return text(); }
     void SetText(const QString& text);
@@ -27,10 +29,8 @@ protected:
     StepEnabled stepEnabled() const override;
 
 private:
-    std::int64_t Value() const;
-
-    const std::int64_t m_low;
-    const std::int64_t m_high;
+    std::int64_t m_low;
+    std::int64_t m_high;
     const int m_digits;
     CLimitEdit* const m_edit;
 };
