@@ -84,7 +84,7 @@ public:
     BACSTAC_PROPERTY_ID GetPropId() const { return m_property; }
     BACSTAC_OBJECT_TYPE GetObjType() const { return m_objectType; }
     void SetPropId(BACSTAC_OBJECT_TYPE objectType, BACSTAC_PROPERTY_ID property);
-    std::string GetPropName() const;
+    std::string GetPropName() const; // empty for a value of no property
     std::string GetTypeName() const; // a list's is its element type's
     // As PrintContents prints it for the value's property. Empty when there is no value.
     std::string ToText(int arrayIndex) const;

@@ -57,7 +57,7 @@ void CPropertyValue::SetPropId(BACSTAC_OBJECT_TYPE objectType, BACSTAC_PROPERTY_
 }
 
 std::string CPropertyValue::GetPropName() const {
-    return CBACnetDir::GetStdPropName(m_property);
+    return m_property == PROP_NO_PROPERTY ? "" : CBACnetDir::GetStdPropName(m_property);
 }
 
 std::string CPropertyValue::GetTypeName() const {

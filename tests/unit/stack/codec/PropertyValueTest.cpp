@@ -439,6 +439,7 @@ TEST(PropertyValue, TextOfAListHasItsElements) {
     EXPECT_NE(text.find(first), std::string::npos);
     EXPECT_NE(first.find("1111"), std::string::npos);
     EXPECT_EQ(value->GetPropName(), "object-list");
+    EXPECT_EQ(CPVUnsigned().GetPropName(), "") << "it belongs to none";
     EXPECT_EQ(value->GetTypeName(), static_cast<CPropertyValueList&>(*value).GetElement(0)->GetTypeName());
 }
 
