@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <map>
 
 namespace {
@@ -53,22 +54,39 @@ QPushButton& CEditorDlg::GetOkButton() const {
     return *m_buttons->button(QDialogButtonBox::Ok);
 }
 
-QWidget* CEditorDlg::FirstField() const {
-    const auto isField = [this](const QWidget& widget) {
-        return widget.isEnabledTo(this) && (widget.focusPolicy() & Qt::TabFocus) != 0 && !widget.isHidden();
-    };
+std::vector<QWidget*> CEditorDlg::Fields() const {
+    std::vector<QWidget*> fields;
     for (QWidget* widget = nextInFocusChain(); widget != this; widget = widget->nextInFocusChain())
-        if (isAncestorOf(widget) && isField(*widget))
-            return widget;
-    return nullptr;
+        if (isAncestorOf(widget) && (widget->focusPolicy() & Qt::TabFocus) != 0 && !widget->focusProxy() &&
+            !m_buttons->isAncestorOf(widget))
+            fields.push_back(widget);
+    return fields;
+}
+
+// They are made before the fields, and the order of Tab is that of making.
+void CEditorDlg::PutButtonsLast() {
+    const std::vector<QWidget*> fields = Fields();
+    QWidget* last = fields.empty() ? nullptr : fields.back();
+    for (QWidget* const button :
+         {m_buttons->button(QDialogButtonBox::Ok), m_buttons->button(QDialogButtonBox::Cancel)}) {
+        setTabOrder(last, button);
+        last = button;
+    }
+}
+
+void CEditorDlg::Enter(QWidget& field) {
+    field.setFocus();
+    SelectText(field);
 }
 
 bool CEditorDlg::Run() {
     Load();
-    if (QWidget* const field = FirstField()) {
-        m_label->setBuddy(field);
-        field->setFocus();
-        SelectText(*field);
+    PutButtonsLast();
+    const std::vector<QWidget*> fields = Fields();
+    const auto isUsable = [this](const QWidget* field) { return field->isEnabledTo(this) && !field->isHidden(); };
+    if (const auto first = std::ranges::find_if(fields, isUsable); first != fields.end()) {
+        m_label->setBuddy(*first);
+        Enter(**first);
     }
     if (const auto size = Sizes().find(metaObject()->className()); size != Sizes().end())
         resize(size->second);
@@ -87,7 +105,6 @@ void CEditorDlg::done(int result) {
 
 bool CEditorDlg::Refuse(const char* message, QWidget& field) {
     ShowError(*CGuiOperator::Get(), message);
-    field.setFocus();
-    SelectText(field);
+    Enter(field);
     return false;
 }

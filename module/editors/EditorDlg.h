@@ -6,6 +6,7 @@
 #include <QDialog>
 
 #include <string>
+#include <vector>
 
 class QDialogButtonBox;
 class QLabel;
@@ -36,7 +37,9 @@ protected:
     bool Refuse(const char* message, QWidget& field);
 
 private:
-    QWidget* FirstField() const;
+    std::vector<QWidget*> Fields() const; // in the order of Tab
+    void PutButtonsLast();
+    void Enter(QWidget& field);
 
     QLabel* const m_label;
     QVBoxLayout* const m_content;
