@@ -9,8 +9,8 @@
 
 #include <cstdint>
 
-inline constexpr std::uint32_t ACCEPT_DIGITS = 1U << 1;  // 0 to 9
-inline constexpr std::uint32_t ACCEPT_LETTERS = 1U << 2; // a to z, A to Z
+inline constexpr std::uint32_t ACCEPT_DIGITS = 1;  // 0 to 9
+inline constexpr std::uint32_t ACCEPT_LETTERS = 2; // a to z, A to Z
 
 class CEditX : public CLimitEdit {
     Q_OBJECT
