@@ -8,12 +8,14 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <functional>
 #include <utility>
+#include <vector>
 
 namespace {
 
 // The window stands still for no longer than this, even when the device hangs.
-constexpr std::uint32_t STOP_WAIT = 40; // ms
+constexpr std::uint32_t STOP_WAIT = 20; // ms
 
 constexpr unsigned STRIP_RANGE = 100;
 
@@ -71,22 +73,24 @@ private:
     bool ShowProperties(const Source& source);
     void ShowProperty(BACSTAC_READ_RESULT_ITEM* item, BACSTAC_PROPERTY_ID property, const std::string& name);
     void AddRow(std::string name, std::string value, std::int64_t id);
-    // Runs on the console thread while this read is the one on the screen.
-    template <class Call>
-    void Show(Call call);
+    // Runs on the console thread while this read is the one on the screen; not before Flush, which is due whenever a
+    // device may take its time.
+    void Show(std::function<void(Reading&)> call) { m_calls.push_back(std::move(call)); }
+    void Flush();
 
     const std::shared_ptr<Reading> m_reading;
     const std::shared_ptr<IGuiQueue> m_queue;
     CBacGeneral& m_bacnet;
     CPropertyContents m_single{BACSTAC_CONTENTS_SIZE};
-    std::string m_text = std::string(BACSTAC_CONTENTS_SIZE, '\0');
+    CPropertyContents m_text{BACSTAC_CONTENTS_SIZE};
+    std::vector<std::function<void(Reading&)>> m_calls;
 };
 
-template <class Call>
-void CPropertyListReader::CWork::Show(Call call) {
-    m_queue->Post([reading = m_reading, call = std::move(call)] {
-        if (reading->view)
-            call(*reading);
+void CPropertyListReader::CWork::Flush() {
+    m_queue->Post([reading = m_reading, calls = std::exchange(m_calls, {})] {
+        for (const auto& call : calls)
+            if (reading->view)
+                call(*reading);
     });
 }
 
@@ -141,15 +145,16 @@ void CPropertyListReader::CWork::ShowProperty(BACSTAC_READ_RESULT_ITEM* item, BA
     if (item && item->Success != 0) {
         contents = &item->Contents;
     } else if (property != PROP_LOG_BUFFER) {
+        Flush();
         if (m_bacnet.ReadProperty(m_reading->device, object, property, BACSTAC_NO_INDEX, m_single, nullptr) !=
             BACSTAC_OK)
             return;
     } // A log buffer cannot be read as a whole. Deliberate: its row then has what the last single read left.
     if (contents->DataType < 0 || !ConvertRaw(*contents, object.Type, property))
         return;
-    CBacGeneral::PrintContents(m_text.data(), static_cast<unsigned>(m_text.size()), *contents, object.Type, property,
-                               BACSTAC_NO_INDEX);
-    AddRow(name, ansi_to_utf8(m_text.c_str()), property);
+    auto* const text = static_cast<char*>(m_text.GetBufferPtr());
+    CBacGeneral::PrintContents(text, m_text.GetBufferSize(), *contents, object.Type, property, BACSTAC_NO_INDEX);
+    AddRow(name, ansi_to_utf8(text), property);
 }
 
 void CPropertyListReader::CWork::Run() {
@@ -157,7 +162,8 @@ void CPropertyListReader::CWork::Run() {
     if (FindSource(source) && ShowProperties(source) && HasLogBuffer(m_reading->object.Type))
         AddRow(NameOf(PROP_LOG_BUFFER, 0), "...", PROP_LOG_BUFFER);
     m_reading->room.reset();
-    m_queue->Post([reading = m_reading] { Finish(*reading); });
+    Show(Finish);
+    Flush();
 }
 
 // ---- the reader
