@@ -1,5 +1,6 @@
-// The console: how long it takes to start and to hear a message, and what it costs while nobody uses it. Measured in a
-// program of its own, bdc-bench-console, so that no other figure is taken in a process that has loaded Qt.
+// The console: how long it takes to start and to hear a message, what it costs while nobody uses it, and how long its
+// window stands still. Measured in a program of its own, bdc-bench-console, so that no other figure is taken in a
+// process that has loaded Qt.
 #include "bench/Harness.h"
 #include "bench/Site.h"
 
@@ -46,6 +47,11 @@ constexpr ConsoleFigure kFigures[] = {
     {"console/idle_cpu", "ms/s", "idle", 0, 5,
      "processor time of a process with an idle console, of 2 s; beside 5 ms a second"},
     {"console/memory", "MB", "idle", 1, 120, "resident memory of a process with an idle console; beside 120 MB"},
+    {"browser/key_held", "ms", "browser", 0, 50,
+     "longest pause of the window while the key is held in the tree of 100,000 objects, with stops at devices that "
+     "hang in a read; beside 50 ms"},
+    {"browser/status_answers", "ms", "browser", 1, 50,
+     "longest pause of the window while 100 devices a second answer for their status; beside 50 ms"},
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 // A directory of a million objects: its file, its filter and its memory.
 #include "bench/Child.h"
+#include "bench/Directories.h"
 #include "bench/Harness.h"
 #include "bench/Site.h"
 
@@ -30,25 +31,6 @@ constexpr double kFilterSeconds = 0.5;
 constexpr double kBytesOfAnObject = 300;
 constexpr double kBytesOfACopy = 30;
 
-CBACnetDir Million() {
-    CBACnetDir directory;
-    for (unsigned device = 1; device <= kDevices; ++device) {
-        CBACnetDev made;
-        made.SetInst(device);
-        made.SetName(fmt::format("Building {} controller {}", device / 20, device % 20));
-        made.Reserve(kObjectsOfADevice);
-        for (unsigned object = 1; object <= kObjectsOfADevice; ++object) {
-            CBACnetObj point;
-            point.SetId({object % 2 != 0 ? OBJ_ANALOG_INPUT : OBJ_BINARY_VALUE, object});
-            point.SetName(fmt::format("AHU{:02}.Zone{:03}.SupplyAirTemp", device % 100, object));
-            point.SetDesc(fmt::format("Supply air temperature, zone {}", object));
-            made.AddObj(std::move(point));
-        }
-        directory.AddDev(made);
-    }
-    return directory;
-}
-
 // Seconds of the steps, and bytes of memory, of one process.
 struct Result {
     double save = 0;
@@ -57,11 +39,6 @@ struct Result {
     double bytesOfAnObject = 0;
     double bytesOfACopy = 0;
 };
-
-double BytesInUse() {
-    const struct mallinfo2 info = mallinfo2();
-    return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
-}
 
 template <class Work>
 double Seconds(Work work) {
@@ -73,7 +50,7 @@ double Seconds(Work work) {
 Result Run(const std::string& path) {
     Result result;
     {
-        const CBACnetDir made = Million();
+        const CBACnetDir made = NewDirectory(kDevices, kObjectsOfADevice);
         result.save = Seconds([&] {
             if (!made.Save(path))
                 Fail("the directory cannot be saved");

@@ -35,6 +35,7 @@ const std::vector<Figure>& Figures() {
         AddCodecFigures(all);
         AddDirectoryFigures(all);
         AddBrowserFigures(all);
+        AddPropertyListFigures(all);
         AddHistoryFigures(all);
         AddTriggerFigures(all);
         AddConsoleFigures(all);

@@ -28,12 +28,7 @@ constexpr const char* kInstalled = BDC_SOURCE_DIR "/build/node";
 constexpr const char* kScript = BDC_SOURCE_DIR "/tests/interop/node/rate.js";
 
 sim::SimulatorConfig OneInput() {
-    sim::Counts counts;
-    counts.Trends = 0;
-    counts.Points = 1;
-    counts.OnlyReal = true;
-    counts.FirstIp = LoopbackBlock();
-    sim::SimulatorConfig config = sim::GenerateConfig(counts);
+    sim::SimulatorConfig config = OneDevice(1);
     config.Devices[0].Objects[0].IntrinsicReporting = true;
     return config;
 }

@@ -32,15 +32,6 @@ constexpr TripSizes kNamesTrip{21, 46};
 
 constexpr std::uint32_t kScanned = 10'000;
 
-sim::SimulatorConfig OneDevice(std::uint32_t points) {
-    sim::Counts counts;
-    counts.Trends = 0;
-    counts.Points = points;
-    counts.OnlyReal = true;
-    counts.FirstIp = LoopbackBlock();
-    return sim::GenerateConfig(counts);
-}
-
 // An analog input with alarm limits: 23 properties.
 sim::SimulatorConfig OneAlarmingInput() {
     sim::SimulatorConfig config = OneDevice(1);

@@ -38,6 +38,15 @@ std::uint32_t LoopbackBlock() {
     return 0x7F000000U | (64 + process / 250 % 128) << 16 | (1 + process % 250) << 8 | 10;
 }
 
+sim::SimulatorConfig OneDevice(std::uint32_t inputs) {
+    sim::Counts counts;
+    counts.Trends = 0;
+    counts.Points = inputs;
+    counts.OnlyReal = true;
+    counts.FirstIp = LoopbackBlock();
+    return sim::GenerateConfig(counts);
+}
+
 SimulatedSite::SimulatedSite(sim::SimulatorConfig config, int processor)
     : m_ready(OpenPipe()), m_child([&] {
           PinThread(processor);

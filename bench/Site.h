@@ -15,6 +15,9 @@ namespace bench {
 // First address of a block of 127/8 that no other process of this program uses at the same time.
 std::uint32_t LoopbackBlock();
 
+// One device in that block, with analog inputs.
+sim::SimulatorConfig OneDevice(std::uint32_t inputs);
+
 // Devices in a child process on one processor (-1: any). They answer when the constructor returns.
 class SimulatedSite {
 public:

@@ -3,15 +3,15 @@
 //   start   milliseconds until Start has returned, with the hidden console and its nine pages
 //   post    microseconds from PostMessageW to the handler: the median of many posts to an idle console
 //   idle    milliseconds of processor time in a second, and the process's resident megabytes
+//   browser milliseconds that the window stands still at most: while the operator goes down the tree with the key held,
+//           and while devices answer for their status
+#include "bench/console/Browser.h"
+#include "bench/console/Console.h"
+
 #include "api/bacnet/Log.h"
 #include "module/console/Globals.h"
 #include "module/console/Messages.h"
 #include "platform/stack/client/BacnetClient.h"
-#include "tests/support/FakeDriver.h"
-#include "tests/support/FakeKernel.h"
-
-#include <QApplication>
-#include <QTabWidget>
 
 #include <fmt/format.h>
 
@@ -31,25 +31,19 @@
 #include <thread>
 #include <vector>
 
+namespace bench {
 namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::uint32_t kPatience = 30000; // ms
-constexpr int kPages = 9;
 constexpr int kWarmUp = 50;
 constexpr int kPosts = 500;
 constexpr auto kPause = 2ms; // between posts: each one finds the console asleep
 constexpr auto kIdle = 2s;
 
-[[noreturn]] void Fail(const char* reason) {
-    fmt::print(stderr, "bdc-bench-console: {}\n", reason);
-    std::_Exit(2);
-}
-
-// What the driver has around the console: the real stack, on a port of its own.
-struct Site {
+// With the real stack, on a port of its own.
+struct Site : Driver {
     Site() {
         bacnet::ClientConfig config;
         config.Ports.emplace_back();
@@ -63,36 +57,6 @@ struct Site {
     }
 
     std::unique_ptr<bacnet::BacnetClient> client;
-    CEventList events;
-    CFakeKernel kernel{events};
-    CFakeDriver driver{events, kernel};
-};
-
-class Console {
-public:
-    explicit Console(Site& site) { BDCManager.Start(&site.driver, kPatience); }
-    ~Console() {
-        BDCManager.InitiateShutdownW();
-        if (!BDCManager.WaitEnd(kPatience))
-            Fail("the console does not end");
-    }
-    Console(const Console&) = delete;
-    Console& operator=(const Console&) = delete;
-
-    // Otherwise a figure would tell of something else.
-    static void Check() {
-        bool asExpected = false;
-        QMetaObject::invokeMethod(
-            qApp,
-            [&] {
-                for (const QWidget* const window : QApplication::topLevelWidgets())
-                    if (const auto* const tabs = window->findChild<QTabWidget*>())
-                        asExpected = asExpected || (tabs->count() == kPages && !window->isVisible());
-            },
-            Qt::BlockingQueuedConnection);
-        if (!asExpected)
-            Fail("there is no hidden console with nine pages");
-    }
 };
 
 // Notes when the console's thread logs a message that it handles.
@@ -176,8 +140,10 @@ std::array<double, 2> Idle() {
 }
 
 } // namespace
+} // namespace bench
 
 int main(int argc, char** argv) {
+    using namespace bench;
     const std::string_view what = argc == 2 ? argv[1] : "";
     if (what == "start") {
         fmt::print("{}\n", Start());
@@ -186,8 +152,11 @@ int main(int argc, char** argv) {
     } else if (what == "idle") {
         const auto [time, memory] = Idle();
         fmt::print("{} {}\n", time, memory);
+    } else if (what == "browser") {
+        const auto [walk, answers] = MeasurePauses();
+        fmt::print("{} {}\n", walk, answers);
     } else {
-        Fail("start, post or idle");
+        Fail("start, post, idle or browser");
     }
     return 0;
 }
