@@ -45,7 +45,11 @@ void CFormDlg::AddRow(const char* caption, QWidget& control) {
     m_grid->addWidget(&control, row, 1, 1, 2);
 }
 
-QPushButton& CFormDlg::AddText(const char* caption, std::function<std::string()> print) {
+void CFormDlg::AddControl(QWidget& control) {
+    m_grid->addWidget(&control, m_grid->rowCount(), 1, 1, 2);
+}
+
+QPushButton& CFormDlg::AddText(const char* caption, std::function<std::string()> print, std::function<bool()> edit) {
     auto* const label = new QLabel(QString::fromLatin1(caption), this);
     auto* const text = new QLineEdit(this);
     auto* const button = new QPushButton(QStringLiteral("..."), this);
@@ -64,31 +68,24 @@ QPushButton& CFormDlg::AddText(const char* caption, std::function<std::string()>
         text->setText(FromNarrow(draw()));
         text->setCursorPosition(0);
     });
+    connect(button, &QPushButton::clicked, this, [this, change = std::move(edit)] {
+        if (change())
+            Redraw();
+    });
     return *button;
-}
-
-QPushButton& CFormDlg::AddButton(const char* caption) {
-    auto* const button = new QPushButton(QString::fromLatin1(caption), this);
-    button->setAutoDefault(false);
-    m_grid->addWidget(button, m_grid->rowCount(), 1, 1, 2);
-    return *button;
-}
-
-void CFormDlg::Edit(const FormField& field) {
-    if (field.edit(this, field.label, m_record))
-        Redraw();
 }
 
 void CFormDlg::Add(const FormField& field) {
-    QPushButton& button = AddText(field.caption, [this, &field] { return field.print(m_record); });
-    connect(&button, &QPushButton::clicked, this, [this, &field] { Edit(field); });
+    QPushButton& button = AddText(
+        field.caption, [this, &field] { return field.print(m_record); },
+        [this, &field] { return field.edit(this, field.label, m_record); });
     if (field.isEnabled)
         OnRedraw([this, &field, &button] { button.setEnabled(field.isEnabled(m_record)); });
 }
 
 void CFormDlg::Add(const FormFlag& flag) {
     auto* const box = new QCheckBox(QString::fromLatin1(flag.caption), this);
-    m_grid->addWidget(box, m_grid->rowCount(), 1, 1, 2);
+    AddControl(*box);
     OnRedraw([this, &flag, box] { box->setChecked(flag.get(m_record)); });
     connect(box, &QCheckBox::clicked, this, [this, &flag](bool isOn) {
         flag.set(m_record, isOn);
@@ -97,8 +94,10 @@ void CFormDlg::Add(const FormFlag& flag) {
 }
 
 void CFormDlg::Add(const FormList& list) {
-    connect(&AddButton(list.caption), &QPushButton::clicked, this,
-            [this, &list] { EditList(this, list.list(m_record)); });
+    auto* const button = new QPushButton(QString::fromLatin1(list.caption), this);
+    button->setAutoDefault(false);
+    AddControl(*button);
+    connect(button, &QPushButton::clicked, this, [this, &list] { EditList(this, list.list(m_record)); });
 }
 
 const FormAlternative* CFormDlg::Chosen(const FormChoice& choice) const {
@@ -122,12 +121,14 @@ void CFormDlg::Add(const FormChoice& choice) {
         alternative.reset(m_record);
         Redraw();
     });
-    QPushButton& button = AddText(choice.valueCaption, [this, &choice] {
-        const FormAlternative* const chosen = Chosen(choice);
-        return chosen ? chosen->value.print(m_record) : std::string();
-    });
-    connect(&button, &QPushButton::clicked, this, [this, &choice] {
-        if (const FormAlternative* const chosen = Chosen(choice))
-            Edit(chosen->value);
-    });
+    AddText(
+        choice.valueCaption,
+        [this, &choice] {
+            const FormAlternative* const chosen = Chosen(choice);
+            return chosen ? chosen->value.print(m_record) : std::string();
+        },
+        [this, &choice] {
+            const FormAlternative* const chosen = Chosen(choice);
+            return chosen && chosen->value.edit(this, chosen->value.label, m_record);
+        });
 }

@@ -28,9 +28,10 @@ protected:
     void AddRows(std::span<const FormRow> rows);
     // A row with one control; the caption is the control's label.
     void AddRow(const char* caption, QWidget& control);
-    // A text with a "..." behind it, drawn by print on each Redraw. What the button does is the caller's.
-    QPushButton& AddText(const char* caption, std::function<std::string()> print);
-    QPushButton& AddButton(const char* caption);
+    // A control that is its own label.
+    void AddControl(QWidget& control);
+    // A text with a "..." behind it, drawn by print on each Redraw. The button edits; true: something has changed.
+    QPushButton& AddText(const char* caption, std::function<std::string()> print, std::function<bool()> edit);
 
     void Load() override { Redraw(); }
     bool Store() override { return true; }
@@ -41,7 +42,6 @@ private:
     void Add(const FormList& list);
     void Add(const FormChoice& choice);
     const FormAlternative* Chosen(const FormChoice& choice) const;
-    void Edit(const FormField& field);
 
     void* const m_record;
     QGridLayout* const m_grid;

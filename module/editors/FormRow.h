@@ -85,6 +85,12 @@ decltype(auto) MemberOf(void* record) {
     return std::invoke(Access, *static_cast<Record*>(record));
 }
 
+// Access to a member of the record that a typed value keeps.
+template <auto Member>
+inline constexpr auto IN_VALUE = [](auto& value) -> auto& {
+    return value.Value.*Member;
+};
+
 template <class Record, auto Access, const auto& Editor>
 constexpr FormField Field(const char* caption, const char* label) {
     return {caption, label, [](void* record) { return Editor.print(MemberOf<Record, Access>(record)); },

@@ -41,19 +41,4 @@ extern const MemberEditor<BACSTAC_RECIPIENT> RECIPIENT_EDITOR;
 // ---- structures
 
 extern const MemberEditor<BACSTAC_CALENDAR_ENTRY> CALENDAR_ENTRY_EDITOR;
-extern const MemberEditor<BACSTAC_SETPOINT_REF> SETPOINT_REF_EDITOR;
-extern const MemberEditor<BACSTAC_DESTINATION> DESTINATION_EDITOR;
-extern const MemberEditor<BACSTAC_TIME_STAMP> TIME_STAMP_EDITOR;
-extern const MemberEditor<BACSTAC_ADDRESS_BINDING> ADDRESS_BINDING_EDITOR;
-extern const MemberEditor<BACSTAC_COV_SUBSCRIPTION> COV_SUBSCRIPTION_EDITOR;
-extern const MemberEditor<BACSTAC_PRESCALE> PRESCALE_EDITOR;
-extern const MemberEditor<BACSTAC_SCALE> SCALE_EDITOR;
-extern const MemberEditor<BACSTAC_SHED_LEVEL> SHED_LEVEL_EDITOR;
-extern const MemberEditor<BACSTAC_PROPERTY_STATE> PROPERTY_STATE_EDITOR;
 extern const MemberEditor<CPVAnyPrimitive> ANY_PRIMITIVE_EDITOR;
-extern const MemberEditor<CPVTimeValue> TIME_VALUE_EDITOR;
-extern const MemberEditor<CPVSpecialEvent> SPECIAL_EVENT_EDITOR;
-extern const MemberEditor<CPVReadAccessSpec> READ_ACCESS_SPEC_EDITOR;
-extern const MemberEditor<CPVReadAccessResult> READ_ACCESS_RESULT_EDITOR;
-extern const MemberEditor<CPVReadResultItem> READ_RESULT_ITEM_EDITOR;
-extern const MemberEditor<CPVActionCommand> ACTION_COMMAND_EDITOR;
