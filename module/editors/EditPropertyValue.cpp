@@ -5,6 +5,7 @@
 #include "module/editors/EditActionCommandDlg.h"
 #include "module/editors/EditBitStringDlg.h"
 #include "module/editors/EditEPOutOfRange.h"
+#include "module/editors/EditEnumDlg.h"
 #include "module/editors/EditEventParameterDlg.h"
 #include "module/editors/EditListDlg.h"
 #include "module/editors/EditPrescaleDlg.h"
@@ -82,10 +83,13 @@ constexpr EditorEntry EDITORS[] = {
     {TYPE_SIGNED, EditRecord<CPVSigned, SIGNED_EDITOR>},
     {TYPE_REAL, EditRecord<CPVReal, REAL_EDITOR>},
     {TYPE_DOUBLE, EditRecord<CPVDouble, DOUBLE_EDITOR>},
+    {TYPE_OCTET_STRING, EditWhole<CPVOctetString, OCTET_STRING_EDITOR>},
     {TYPE_BIT_STRING, EditNamed<CPVBitString, CEditBitStringDlg>},
+    {TYPE_ENUMERATED, EditNamed<CPVEnumerated, CEditEnumDlg>},
     {TYPE_DATE, EditRecord<CPVDate, DATE_EDITOR>},
     {TYPE_TIME, EditRecord<CPVTime, TIME_EDITOR>},
     {TYPE_OBJECT_ID, EditRecord<CPVObjectId, OBJECT_ID_EDITOR>},
+    {TYPE_STRING, EditWhole<CPVString, STRING_EDITOR>},
     {TYPE_DATE_TIME, EditRecord<CPVDateTime, DATE_TIME_EDITOR>},
     {TYPE_OBJ_PROP_REF, EditRecord<CPVObjPropRef, OBJ_PROP_REF_EDITOR>},
     {TYPE_PROPERTY_STATE, EditForm<CPVPropertyState, CEditPropertyStateDlg>},
@@ -101,6 +105,7 @@ constexpr EditorEntry EDITORS[] = {
     {TYPE_PROPERTY_REF, EditRecord<CPVPropertyRef, PROPERTY_REF_EDITOR>},
     {TYPE_ADDRESS_BINDING, EditForm<CPVAddressBinding, CEditAddressBindindDlg>},
     {TYPE_DEV_OBJ_PROP_REF, EditRecord<CPVDevObjPropRef, DEV_OBJ_PROP_REF_EDITOR>},
+    {TYPE_CLIENT_COV, EditRecord<CPVClientCOV, CLIENT_COV_EDITOR>},
     {TYPE_READ_ACCESS_SPEC, EditForm<CPVReadAccessSpec, CEditReadAccessSpecDlg>},
     {TYPE_READ_ACCESS_RESULT, EditForm<CPVReadAccessResult, CEditReadAccessResultDlg>},
     {TYPE_EVENT_PARAMETER, EditForm<CPVEventParameter, CEditEventParameterDlg>},

@@ -81,6 +81,10 @@ Checked<std::optional<double>> CheckReal(std::string_view text, RealSize size, d
     return {INVALID_REAL};
 }
 
+float Narrowed(double value, float opened) {
+    return std::isnan(value) ? opened : static_cast<float>(value);
+}
+
 std::string FormatReal(double value, RealSize size) {
     if (std::isnan(value))
         return "nan"; // whatever its sign

@@ -30,6 +30,8 @@ enum class RealSize { Single, Double };
 // no number, but while the text is still that of the opened value, the value stays. No value: an empty text, for the
 // caller to judge.
 Checked<std::optional<double>> CheckReal(std::string_view text, RealSize size, double opened);
+// To 32 bits. What is no number is the opened value, which stays to the bit.
+float Narrowed(double value, float opened);
 inline constexpr const char* INVALID_REAL = "Invalid real value";
 
 // With 7 or 15 digits, in the general form, and always with a point: "5.0", "1.e+10". What is not finite is "nan",

@@ -1,17 +1,19 @@
 // The editors of simple values, by the record that they edit.
 #include "module/editors/EditBitStringDlg.h"
 #include "module/editors/EditBooleanDlg.h"
+#include "module/editors/EditClientCOVDlg.h"
 #include "module/editors/EditDateRangeDlg.h"
 #include "module/editors/EditDateTimeDlg.h"
+#include "module/editors/EditOctetStringDlg.h"
 #include "module/editors/EditRealDlg.h"
 #include "module/editors/EditSignedDlg.h"
+#include "module/editors/EditStringDlg.h"
 #include "module/editors/EditUnsignedDlg.h"
 #include "module/editors/EditWeekAndDayDlg.h"
 #include "module/editors/MemberEditors.h"
+#include "module/editors/NumberChecks.h"
 
 #include "api/bacnet/BacGeneral.h"
-
-#include <cmath>
 
 namespace {
 
@@ -65,15 +67,13 @@ std::string PrintReal(const Real& value) {
     return Printed([&](char* text, unsigned size) { return CBacGeneral::PrintReal(text, size, value); });
 }
 
-// What is no number comes back only as it was, and would not survive being narrowed.
 bool EditSingle(QWidget* parent, const std::string& label, float& value) {
     CEditRealDlg dialog(parent);
     dialog.IsDouble = false;
     double number = value;
     if (!RunEditor(dialog, label, number))
         return false;
-    if (!std::isnan(number))
-        value = static_cast<float>(number);
+    value = Narrowed(number, value);
     return true;
 }
 
@@ -107,6 +107,36 @@ bool EditHalf(QWidget* parent, const std::string& label, Half& value) {
     return true;
 }
 
+// ---- what has no print function of its own
+
+// Cut to the size, at a character's end.
+std::string PrintValue(const CPropertyValue& value) {
+    std::string text = value.ToText(BACSTAC_NO_INDEX);
+    if (text.size() < TEXT_SIZE)
+        return text;
+    const auto isWithin = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80; };
+    std::size_t end = TEXT_SIZE - 1;
+    while (end != 0 && isWithin(end))
+        --end;
+    text.resize(end);
+    return text;
+}
+
+template <class Value>
+std::string PrintWhole(const Value& value) {
+    return PrintValue(value);
+}
+
+std::string PrintClientCOV(const BACSTAC_CLIENT_COV& value) {
+    CPVClientCOV whole;
+    whole.Value = value;
+    return PrintValue(whole);
+}
+
+bool EditString(QWidget* parent, const std::string& label, CPVString& value) {
+    return EditIn<CEditStringDlg>(parent, label, value.Value);
+}
+
 } // namespace
 
 const MemberEditor<std::uint8_t> BOOLEAN_EDITOR{&PrintBoolean, &EditIn<CEditBooleanDlg>};
@@ -133,3 +163,7 @@ const MemberEditor<BACSTAC_DATE_RANGE> DATE_RANGE_EDITOR{&PrintRecord<BACSTAC_DA
                                                          &EditIn<CEditDateRangeDlg>};
 const MemberEditor<BACSTAC_WEEK_N_DAY> WEEK_N_DAY_EDITOR{&PrintRecord<BACSTAC_WEEK_N_DAY, &CBacGeneral::PrintWeekNDay>,
                                                          &EditIn<CEditWeekAndDayDlg>};
+
+const MemberEditor<BACSTAC_CLIENT_COV> CLIENT_COV_EDITOR{&PrintClientCOV, &EditIn<CEditClientCOVDlg>};
+const MemberEditor<CPVOctetString> OCTET_STRING_EDITOR{&PrintWhole, &EditIn<CEditOctetStringDlg>};
+const MemberEditor<CPVString> STRING_EDITOR{&PrintWhole, &EditString};
