@@ -3,28 +3,27 @@
 #pragma once
 
 #include "module/browser/GuiQueue.h"
-
-#include <QObject>
+#include "module/console/TaskRunner.h"
 
 #include <memory>
 #include <mutex>
 
 class CWindowQueue : public IGuiQueue {
 public:
-    CWindowQueue() : m_receiver(std::make_unique<QObject>()) {}
+    CWindowQueue() : m_runner(std::make_unique<CTaskRunner>()) {}
 
     void Post(std::function<void()> call) override {
         const std::lock_guard lock(m_mutex);
-        if (m_receiver)
-            QMetaObject::invokeMethod(m_receiver.get(), std::move(call), Qt::QueuedConnection);
+        if (m_runner)
+            m_runner->Post(std::move(call));
     }
     // What waits is dropped.
     void Close() {
         const std::lock_guard lock(m_mutex);
-        m_receiver.reset();
+        m_runner.reset();
     }
 
 private:
     std::mutex m_mutex;
-    std::unique_ptr<QObject> m_receiver; // m_mutex
+    std::unique_ptr<CTaskRunner> m_runner; // m_mutex
 };

@@ -2,6 +2,7 @@
 
 #include "api/bacnet/Log.h"
 #include "module/console/ManualResetEvent.h"
+#include "module/console/TaskRunner.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>
@@ -25,36 +26,6 @@
 #include <utility>
 
 namespace {
-
-// Takes tasks from any thread and runs them where it lives. The tasks are handed over in a queue of its own; the
-// toolkit's event only says that there is one.
-class CTaskRunner : public QObject {
-public:
-    void Post(CGuiThread::Task task) {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_tasks.push_back(std::move(task));
-        }
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    }
-
-    bool event(QEvent* event) override {
-        if (event->type() != QEvent::User)
-            return QObject::event(event);
-        CGuiThread::Task task;
-        {
-            const std::lock_guard lock(m_mutex);
-            task = std::move(m_tasks.front());
-            m_tasks.pop_front();
-        }
-        task();
-        return true;
-    }
-
-private:
-    std::mutex m_mutex;
-    std::deque<CGuiThread::Task> m_tasks; // m_mutex; one for each posted event
-};
 
 // Serves the thread's events until the event is set, which only this thread does.
 bool ServeEventsUntil(const CManualResetEvent& event, std::uint32_t timeout) {

@@ -89,7 +89,6 @@ TEST_F(ConsoleFault, TenThousandEdgesASecondCostNothingWhileItIsHeldUpAndAreHand
     EXPECT_LT(times[times.size() / 2], std::chrono::microseconds(100));
     EXPECT_LT(after, before + MEMORY_LIMIT); // sanitizers have a heap of their own, which this does not see
 
-    m_onTransfer = nullptr;
     release.set_value();
     const auto isSwitch = [](const std::string& event) {
         return event == "EnableNetwork(3)" || event == "DisableNetwork(3)";

@@ -2,7 +2,10 @@
 #include "api/bacnet/Log.h"
 #include "host/Runtime.h"
 #include "module/console/Globals.h"
+#include "module/console/Globals.h"
+#include "module/console/ManualResetEvent.h"
 #include "module/console/Messages.h"
+#include "module/console/TaskRunner.h"
 #include "platform/kernel/Kernel.h"
 #include "tests/support/Loopback.h"
 #include "tests/support/TempFolder.h"
@@ -32,7 +35,17 @@ using ::testing::StartsWith;
 
 // On the thread of the windows, which is the module's own.
 void OnGui(const std::function<void()>& f) {
-    QMetaObject::invokeMethod(qApp, f, Qt::BlockingQueuedConnection);
+    static CTaskRunner* const runner = [] {
+        auto* const made = new CTaskRunner; // as long as the application
+        made->moveToThread(qApp->thread());
+        return made;
+    }();
+    CManualResetEvent done;
+    runner->Post([&] {
+        f();
+        done.Set();
+    });
+    done.Wait(WAIT_WITHOUT_LIMIT);
 }
 
 bool Eventually(const std::function<bool()>& condition) {
