@@ -36,6 +36,7 @@ const std::vector<Figure>& Figures() {
         AddDirectoryFigures(all);
         AddBrowserFigures(all);
         AddPropertyListFigures(all);
+        AddPropertyCommandFigures(all);
         AddHistoryFigures(all);
         AddTriggerFigures(all);
         AddConsoleFigures(all);

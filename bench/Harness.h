@@ -49,6 +49,7 @@ void AddCodecFigures(std::vector<Figure>& figures);
 void AddDirectoryFigures(std::vector<Figure>& figures);
 void AddBrowserFigures(std::vector<Figure>& figures);
 void AddPropertyListFigures(std::vector<Figure>& figures);
+void AddPropertyCommandFigures(std::vector<Figure>& figures);
 void AddHistoryFigures(std::vector<Figure>& figures);
 void AddTriggerFigures(std::vector<Figure>& figures);
 void AddConsoleFigures(std::vector<Figure>& figures);
