@@ -24,7 +24,7 @@ namespace bench {
 namespace {
 
 constexpr double kSeconds = 1.0;
-constexpr double kFloor = 0.3;
+constexpr double kFloor = 0.5;
 constexpr BACSTAC_OBJECT_ID kPoint{OBJ_ANALOG_INPUT, 1};
 constexpr BACSTAC_PROPERTY_ID kFirst = 1000; // proprietary ones behind one another
 constexpr unsigned kProperties = 100;

@@ -3,6 +3,7 @@
 #include "api/bacnet/BacGeneral.h"
 #include "api/bacnet/Requests.h"
 #include "module/browser/AsyncCallBack.h"
+#include "module/browser/ContentsRoom.h"
 #include "module/console/Operator.h"
 
 #include <algorithm>
@@ -145,10 +146,10 @@ void CPropertyCommands::Copy() {
     if (!m_services.browser.GetSelection(source, false))
         return;
     m_copiedValues.clear(); // also when the read fails
-    std::vector<CPropertyContents> contents(source.properties.size());
-    CRPMRequest request(static_cast<unsigned>(contents.size()));
-    for (std::size_t i = 0; i < contents.size(); ++i)
-        request.Append(source.properties[i], BACSTAC_NO_INDEX, contents[i].GetBufferPtr(), contents[i].GetBufferSize());
+    CContentsRoom room(source.properties.size());
+    CRPMRequest request(static_cast<unsigned>(room.GetSize()));
+    for (std::size_t i = 0; i < room.GetSize(); ++i)
+        request.Append(source.properties[i], BACSTAC_NO_INDEX, room[i].Buffer, room[i].BufferSize);
     if (!request.Execute(source.device, m_services.bacnet.GetDevAddr(source.device), source.object)) {
         Report("Failure reading properties", request.Status, request.Error);
         return;
@@ -178,12 +179,12 @@ void CPropertyCommands::PasteTogether() {
     const std::optional<int> priority = PriorityFor(target, std::ranges::any_of(m_copiedValues, isPresentValue));
     if (!priority)
         return;
-    std::vector<CPropertyContents> contents(m_copiedValues.size());
-    CWPMRequest request(static_cast<unsigned>(contents.size()));
-    for (std::size_t i = 0; i < contents.size(); ++i) {
+    CContentsRoom room(m_copiedValues.size());
+    CWPMRequest request(static_cast<unsigned>(room.GetSize()));
+    for (std::size_t i = 0; i < room.GetSize(); ++i) {
         const auto& value = m_copiedValues[i];
-        value->WriteTo(contents[i]);
-        request.Append(value->GetPropId(), BACSTAC_NO_INDEX, contents[i],
+        value->WriteTo(room[i]);
+        request.Append(value->GetPropId(), BACSTAC_NO_INDEX, room[i],
                        isPresentValue(value) ? *priority : BACSTAC_NO_PRIORITY);
     }
     if (!request.Execute(target.device, m_services.bacnet.GetDevAddr(target.device), target.object))
