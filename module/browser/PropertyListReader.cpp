@@ -4,11 +4,13 @@
 #include "api/bacnet/Dir.h"
 #include "api/bacnet/PropertyValue.h"
 #include "api/bacnet/Requests.h"
+#include "module/browser/ContentsRoom.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <functional>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -37,18 +39,14 @@ struct CPropertyListReader::Reading {
     IPropertyListView* view; // of the console thread; null once the read is over for the operator
     std::atomic<bool> isStopped = false;
     std::atomic<bool> isCancelled = false;
-    // Of the read's thread, as long as it lives. The room is not touched before a value lies in it.
+    // Of the read's thread, as long as it lives.
     std::array<BACSTAC_READ_RESULT_ITEM, MAX_PROPERTIES> items{};
-    std::unique_ptr<std::max_align_t[]> room;
+    std::optional<CContentsRoom> room;
 
     Reading(unsigned ofDevice, const BACSTAC_OBJECT_ID& ofObject, IPropertyListView& onView)
-        : device(ofDevice), object(ofObject), view(&onView),
-          room(new std::max_align_t[std::size_t{MAX_PROPERTIES} * BACSTAC_CONTENTS_SIZE / sizeof(std::max_align_t)]) {
-        auto* next = reinterpret_cast<char*>(room.get());
-        for (BACSTAC_READ_RESULT_ITEM& item : items) {
-            item.Contents = {TYPE_NONE, next, BACSTAC_CONTENTS_SIZE, 0};
-            next += BACSTAC_CONTENTS_SIZE;
-        }
+        : device(ofDevice), object(ofObject), view(&onView), room(MAX_PROPERTIES) {
+        for (unsigned i = 0; i < MAX_PROPERTIES; ++i)
+            items[i].Contents = (*room)[i];
     }
     bool MustEnd() const { return isStopped || isCancelled; }
 };
