@@ -5,6 +5,7 @@
 #include "bench/Rate.h"
 #include "bench/Site.h"
 
+#include "module/browser/LocaleOrder.h"
 #include "platform/stack/codec/Writer.h"
 #include "platform/stack/services/ReadPropertyMultiple.h"
 #include "platform/stack/services/WriteProperty.h"
@@ -12,8 +13,6 @@
 #include "tests/support/FakeKernel.h"
 #include "tests/support/FakeOperator.h"
 #include "tests/support/FakePropertyWindow.h"
-
-#include "module/browser/LocaleOrder.h"
 
 #include <array>
 #include <functional>
@@ -29,13 +28,8 @@ constexpr BACSTAC_OBJECT_ID kPoint{OBJ_ANALOG_INPUT, 1};
 constexpr BACSTAC_PROPERTY_ID kFirst = 1000; // proprietary ones behind one another
 constexpr unsigned kProperties = 100;
 
-sim::SimulatorConfig OneDevice() {
-    sim::Counts counts;
-    counts.Trends = 0;
-    counts.Points = 1;
-    counts.OnlyReal = true;
-    counts.FirstIp = LoopbackBlock();
-    sim::SimulatorConfig config = sim::GenerateConfig(counts);
+sim::SimulatorConfig OneLargePoint() {
+    sim::SimulatorConfig config = OneDevice(1);
     for (unsigned i = 0; i < kProperties; ++i)
         config.Devices[0].Objects[0].Properties.emplace_back(kFirst + i, sim::Value::Real(static_cast<float>(i)));
     return config;
@@ -111,8 +105,8 @@ private:
 };
 
 // The device has a processor of its own.
-Sample CommandRate(const std::function<double(Commands&)>& measure, const Datagram& bare, std::size_t expected) {
-    const sim::SimulatorConfig config = OneDevice();
+Sample CommandRate(const std::function<double(Commands&)>& measure, const Datagram& bare) {
+    const sim::SimulatorConfig config = OneLargePoint();
     const SimulatedSite site(config, kTwoCores.server);
     const PinnedScope pinned(kTwoCores.client);
     const auto client = OpenClient(config);
@@ -120,19 +114,17 @@ Sample CommandRate(const std::function<double(Commands&)>& measure, const Datagr
     Commands commands(*client, config.Devices[0].Instance);
     const double rate = measure(commands);
     BACnet = nullptr;
-    return {rate, BareRate(config, {bare}, expected)};
+    return {rate, BareRate(config, {bare})};
 }
 
 } // namespace
 
 void AddPropertyCommandFigures(std::vector<Figure>& figures) {
-    figures.push_back({"editors/copy_100", "1/s", Better::Higher, kFloor,
-                       "copies of 100 selected properties, as typed values, beside the one request that is needed made "
-                       "bare; the device on processor 1, all else on processor 0",
-                       [] {
-                           return CommandRate([](Commands& c) { return c.Rate(&CPropertyCommands::Copy, {}); },
-                                              BareRead(), 1000);
-                       }});
+    figures.push_back(
+        {"editors/copy_100", "1/s", Better::Higher, kFloor,
+         "copies of 100 selected properties, as typed values, beside the one request that is needed made "
+         "bare; the device on processor 1, all else on processor 0",
+         [] { return CommandRate([](Commands& c) { return c.Rate(&CPropertyCommands::Copy, {}); }, BareRead()); }});
     figures.push_back({"editors/paste_100", "1/s", Better::Higher, kFloor,
                        "pastes of the same 100 values beside their one request made bare", [] {
                            return CommandRate(
@@ -140,7 +132,7 @@ void AddPropertyCommandFigures(std::vector<Figure>& figures) {
                                    commands.Copy();
                                    return commands.Rate(&CPropertyCommands::Paste, {"reload"});
                                },
-                               BareWrite(), 9);
+                               BareWrite());
                        }});
 }
 

@@ -1,4 +1,5 @@
 // The property list of an object, as the console reads and shows it.
+#include "bench/BareExchange.h"
 #include "bench/Harness.h"
 #include "bench/PingPong.h"
 #include "bench/Rate.h"
@@ -7,13 +8,10 @@
 #include "api/bacnet/BacGeneral.h"
 #include "api/bacnet/Enums.h"
 #include "module/browser/PropertyListReader.h"
+#include "platform/stack/codec/Writer.h"
+#include "platform/stack/services/ReadPropertyMultiple.h"
 
 #include <fmt/format.h>
-
-#include <arpa/inet.h>
-#include <sys/socket.h>
-#include <sys/time.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -90,43 +88,28 @@ sim::SimulatorConfig OneLargeInput() {
     return config;
 }
 
-// One BACnet/IP request, unicast, as the client sends it (Annex J, clauses 6, 20, 21): invoke id 1, no segments.
-std::vector<std::uint8_t> ReadRequest(BACSTAC_PROPERTY_ID property) {
-    if (property == PROP_ALL)
-        return {0x81, 0x0A, 0, 19, 1, 4, 2, 5, 1, 14, 0x0C, 0, 0, 0, 1, 0x1E, 9, PROP_ALL, 0x1F};
-    std::vector<std::uint8_t> request{0x81, 0x0A, 0, 17, 1, 4, 2, 5, 1, 12, 0x0C, 0, 0, 0, 1, 0x19};
-    if (property > 0xFF) {
-        request[15] = 0x1A;
-        request.push_back(static_cast<std::uint8_t>(property >> 8));
-    }
-    request.push_back(static_cast<std::uint8_t>(property));
-    request[3] = static_cast<std::uint8_t>(request.size());
-    return request;
+constexpr bacnet::PropertyTarget Whole(BACSTAC_PROPERTY_ID property) {
+    return {kPoint, property, BACSTAC_NO_INDEX};
 }
 
-// Asks the device in turn what the console asks it, with nothing but the system calls around each datagram.
-double BareRate(const sim::SimulatorConfig& config, const std::vector<std::vector<std::uint8_t>>& requests) {
-    const int fd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    sockaddr_in device{};
-    device.sin_family = AF_INET;
-    device.sin_addr.s_addr = htonl(config.Devices[0].Ip);
-    device.sin_port = htons(config.Port);
-    const timeval patience{1, 0};
-    if (setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience) != 0 ||
-        connect(fd, reinterpret_cast<const sockaddr*>(&device), sizeof device) != 0)
-        Fail("no socket");
-    std::array<char, 1500> answer{};
-    const double rate = CallRate(kSeconds, [&] {
-        for (const auto& request : requests)
-            if (send(fd, request.data(), request.size(), 0) < 0 || recv(fd, answer.data(), answer.size(), 0) < 0)
-                Fail("the device does not answer");
-    });
-    close(fd);
-    return rate;
+Datagram ReadAll() {
+    std::array<std::uint8_t, 64> parameters{};
+    bacnet::Writer writer(parameters);
+    bacnet::RpmRequestWriter list(writer);
+    list.Add(Whole(PROP_ALL));
+    list.Finish();
+    return BareRequest(bacnet::ConfirmedService::readPropertyMultiple, writer.Written());
+}
+
+Datagram ReadOne(BACSTAC_PROPERTY_ID property) {
+    std::array<std::uint8_t, 64> parameters{};
+    bacnet::Writer writer(parameters);
+    bacnet::EncodeReadProperty(Whole(property), writer);
+    return BareRequest(bacnet::ConfirmedService::readProperty, writer.Written());
 }
 
 // Lists a second, beside as many of the same requests made bare. The device has a processor of its own.
-Sample ListRate(const sim::SimulatorConfig& config, const std::vector<std::vector<std::uint8_t>>& requests) {
+Sample ListRate(const sim::SimulatorConfig& config, const std::vector<Datagram>& requests) {
     const SimulatedSite site(config, kTwoCores.server);
     const PinnedScope pinned(kTwoCores.client);
     const auto client = OpenClient(config);
@@ -141,16 +124,16 @@ Sample ListRate(const sim::SimulatorConfig& config, const std::vector<std::vecto
 }
 
 Sample PropertyList() {
-    return ListRate(OneLargeInput(), {ReadRequest(PROP_ALL)});
+    return ListRate(OneLargeInput(), {ReadAll()});
 }
 
 Sample SingleReads() {
     sim::SimulatorConfig config = OneLargeInput();
     config.Devices[0].LacksServices.push_back(bacnet::ConfirmedService::readPropertyMultiple);
-    std::vector<std::vector<std::uint8_t>> requests{ReadRequest(PROP_ALL)}; // refused
+    std::vector<Datagram> requests{ReadAll()}; // refused
     const BACSTAC_PROPERTY_ID* const properties = CBacGeneral::GetObjectPropList(kPoint.Type);
     for (unsigned i = 0; i < CBacGeneral::GetObjectPropsNumber(kPoint.Type); ++i)
-        requests.push_back(ReadRequest(properties[i]));
+        requests.push_back(ReadOne(properties[i]));
     return ListRate(config, requests);
 }
 
