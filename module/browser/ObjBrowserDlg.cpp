@@ -9,6 +9,10 @@
 #include "module/console/Busy.h"
 #include "module/console/NarrowText.h"
 #include "module/console/ProgressBarDlg.h"
+#include "module/editors/EditPriorityDlg.h"
+#include "module/editors/EditProp.h"
+#include "module/editors/EditPropertyValue.h"
+#include "module/editors/EditUnsignedDlg.h"
 #include "module/icons/Icons.h"
 #include "module/widgets/InputDlg.h"
 
@@ -63,6 +67,8 @@ CObjBrowserDlg::CObjBrowserDlg(QWidget* place, CDriver& driver, CBacGeneral& bac
       m_rowOrder(new CPropertyOrder(this)) {
     m_browser = std::make_unique<CObjBrowser>(BrowserServices{bacnet, driver.GetIdentity(), m_order, m_queue},
                                               static_cast<IBrowserWindow&>(*this));
+    m_commands = std::make_unique<CPropertyCommands>(
+        PropertyCommandServices{bacnet, *m_browser, static_cast<IBrowserWindow&>(*this), *this, op});
     m_treeModel = std::make_unique<CBrowserTreeModel>(m_browser->GetTree(), nullptr);
     m_rowOrder->setSourceModel(m_rows);
     auto* const splitter = new QSplitter(this);
@@ -218,14 +224,29 @@ void CObjBrowserDlg::ShowTreeMenu(const QPoint& at) {
     menu->popup(m_tree->viewport()->mapToGlobal(at));
 }
 
-// The other commands are not there yet.
 void CObjBrowserDlg::RunCommand(BrowserCommand command) {
     if (CBusyScope::IsBusy())
         return;
-    if (command == BrowserCommand::ScanDevice)
-        m_browser->ScanSelectedDevice();
-    else if (command == BrowserCommand::ReadObjectsStatus)
-        m_browser->ReadSelectedStatus();
+    switch (command) {
+    case BrowserCommand::ScanDevice:
+        return m_browser->ScanSelectedDevice();
+    case BrowserCommand::ReadObjectsStatus:
+        return m_browser->ReadSelectedStatus();
+    case BrowserCommand::Zoom:
+        return m_commands->Zoom();
+    case BrowserCommand::Edit:
+        return m_commands->Edit();
+    case BrowserCommand::EditArrayItem:
+        return m_commands->EditArrayItem();
+    case BrowserCommand::SetToNull:
+        return m_commands->SetToNull();
+    case BrowserCommand::Copy:
+        return m_commands->Copy();
+    case BrowserCommand::Paste:
+        return m_commands->Paste();
+    default:
+        return; // the other commands are not there yet
+    }
 }
 
 // ---- the list
@@ -357,4 +378,37 @@ std::optional<unsigned> CObjBrowserDlg::AskRefreshPeriod(unsigned seconds) {
 
 std::unique_ptr<IProgress> CObjBrowserDlg::OpenProgress() {
     return std::make_unique<CProgressBarDlg>(this);
+}
+
+// ---- what the commands ask the operator
+
+std::optional<PropertyRow> CObjBrowserDlg::GetSelectedRow() const {
+    const std::vector<std::int64_t> selected = GetSelectedRows();
+    const int row = selected.size() == 1 ? m_rows->FindRow(selected.front()) : -1;
+    return row < 0 ? std::nullopt : std::optional(m_rows->GetRow(row));
+}
+
+bool CObjBrowserDlg::EditValue(CPropertyValue& value) {
+    return EditPropertyValue(this, &value);
+}
+
+// The dialog has the priorities from 0 on.
+std::optional<unsigned> CObjBrowserDlg::AskPriority(unsigned priority) {
+    CEditPriorityDlg dialog(this);
+    dialog.Value = static_cast<int>(priority) - 1;
+    return dialog.Run() ? std::optional(static_cast<unsigned>(dialog.Value + 1)) : std::nullopt;
+}
+
+std::optional<unsigned> CObjBrowserDlg::AskArrayIndex(unsigned index) {
+    CEditUnsignedDlg dialog(this);
+    dialog.SetLabel("array-index");
+    dialog.Low = 1;
+    dialog.High = CPropertyCommands::MAX_ARRAY_INDEX;
+    dialog.Value = index;
+    return dialog.Run() ? std::optional<unsigned>(dialog.Value) : std::nullopt;
+}
+
+void CObjBrowserDlg::ShowValue(const std::string& caption, const std::string& text) {
+    CEditProp dialog(this, caption, text);
+    RunModal(dialog);
 }

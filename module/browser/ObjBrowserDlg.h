@@ -1,10 +1,11 @@
 // The console's Browser page: the tree of devices and objects, and the properties of the selected one. Wiring over
-// CObjBrowser. Only on the console thread.
+// CObjBrowser and CPropertyCommands. Only on the console thread.
 #pragma once
 
 #include "module/browser/BrowserMenus.h"
 #include "module/browser/LocaleOrder.h"
 #include "module/browser/ObjBrowser.h"
+#include "module/browser/PropertyCommands.h"
 #include "module/browser/WindowQueue.h"
 #include "module/console/ConsolePage.h"
 
@@ -24,7 +25,7 @@ class QLineEdit;
 class QPushButton;
 class QTreeView;
 
-class CObjBrowserDlg : public CConsolePage, private IBrowserWindow {
+class CObjBrowserDlg : public CConsolePage, private IBrowserWindow, private IPropertyPrompts {
 public:
     CObjBrowserDlg(QWidget* place, CDriver& driver, CBacGeneral& bacnet, IOperator& op);
     ~CObjBrowserDlg() override;
@@ -83,12 +84,21 @@ private:
     std::optional<unsigned> AskRefreshPeriod(unsigned seconds) override;
     std::unique_ptr<IProgress> OpenProgress() override;
 
+    // ---- IPropertyPrompts
+    std::optional<PropertyRow> GetSelectedRow() const override;
+    bool EditValue(CPropertyValue& value) override;
+    std::optional<unsigned> AskPriority(unsigned priority) override;
+    std::optional<unsigned> AskArrayIndex(unsigned index) override;
+    void ShowValue(const std::string& caption, const std::string& text) override;
+    void ShowLogBuffer(unsigned, const BACSTAC_OBJECT_ID&) override {} // its viewer is not there yet
+
     CBacGeneral& m_bacnet;
     IOperator& m_operator;
     const CLocaleOrder m_order;
     const std::shared_ptr<CWindowQueue> m_queue = std::make_shared<CWindowQueue>();
     std::array<QTimer, 3> m_timers; // by BrowserTimer
     std::unique_ptr<CObjBrowser> m_browser;
+    std::unique_ptr<CPropertyCommands> m_commands;
     std::unique_ptr<CBrowserTreeModel> m_treeModel;
     CPropertyModel* m_rows;
     CPropertyOrder* m_rowOrder;

@@ -62,7 +62,7 @@ int CPropertyModel::columnCount(const QModelIndex& parent) const {
 QVariant CPropertyModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid())
         return {};
-    const PropertyRow& row = m_rows[static_cast<std::size_t>(index.row())];
+    const PropertyRow& row = GetRow(index.row());
     switch (role) {
     case Qt::DisplayRole:
         return TextOf(row, index.column());

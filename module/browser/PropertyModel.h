@@ -19,6 +19,7 @@ public:
     void AddRow(const PropertyRow& row);
     void Clear();
     int FindRow(std::int64_t id) const; // -1 when there is none
+    const PropertyRow& GetRow(int row) const { return m_rows[static_cast<std::size_t>(row)]; }
 
     int rowCount(const QModelIndex& parent) const override;
     int columnCount(const QModelIndex& parent) const override;

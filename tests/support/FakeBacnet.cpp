@@ -4,11 +4,13 @@
 #include "tests/support/FakeLogBuffer.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <span>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -303,9 +305,13 @@ BACSTAC_STATUS CFakeBacnet::AsyncReadProperty(unsigned device, BACSTAC_OBJECT_ID
                                               BACSTAC_PROPERTY_CONTENTS& contents, BACSTAC_ERROR* error,
                                               CAsyncCallBack& callback) {
     callback.OnWaitStart();
-    const BACSTAC_STATUS status = callback.OnWaitPoll() == 0
-                                      ? BACSTAC_STATUS_CANCELLED
-                                      : ReadProperty(device, object, property, arrayIndex, contents, error);
+    bool isWaiting = callback.OnWaitPoll() != 0;
+    while (isWaiting && m_isSilent) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        isWaiting = callback.OnWaitPoll() != 0;
+    }
+    const BACSTAC_STATUS status =
+        isWaiting ? ReadProperty(device, object, property, arrayIndex, contents, error) : BACSTAC_STATUS_CANCELLED;
     callback.OnWaitEnd();
     return status;
 }

@@ -9,6 +9,7 @@
 #include "api/bacnet/BacGeneral.h"
 #include "tests/support/EventList.h"
 
+#include <atomic>
 #include <cstring>
 #include <functional>
 #include <map>
@@ -85,6 +86,8 @@ public:
     void OnCall(std::function<void(const std::string&)> hook);
     // ReadRange by time gives entries from the reference on, not only behind it, as some devices do.
     void SetReferenceIncluded(bool included);
+    // Reads that are waited for get no answer until it ends or they are given up.
+    void SetSilent(bool silent) { m_isSilent = silent; }
     // So many entries more than it was asked for, as a device that does not count.
     void SetSurplus(unsigned entries);
 
@@ -194,6 +197,7 @@ private:
                                                BACSTAC_READ_RANGE_SPEC const& spec) const;
 
     CEventList& m_events;
+    std::atomic<bool> m_isSilent = false;
     std::recursive_mutex m_announcing; // held while callbacks are called; in front of m_mutex
     mutable std::mutex m_mutex;        // of all below
     std::map<unsigned, Device> m_devices;
