@@ -61,7 +61,9 @@ std::string CPropertyValue::GetPropName() const {
 }
 
 std::string CPropertyValue::GetTypeName() const {
-    return CBACnetDir::GetDataTypeString(GetDataType());
+    // A list that is an element itself has a data type of its own.
+    const auto* const list = dynamic_cast<const CPropertyValueList*>(this);
+    return CBACnetDir::GetDataTypeString(list != nullptr ? list->CPropertyValueList::GetDataType() : GetDataType());
 }
 
 std::string CPropertyValue::ToText(int arrayIndex) const {

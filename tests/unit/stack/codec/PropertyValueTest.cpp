@@ -443,6 +443,12 @@ TEST(PropertyValue, TextOfAListHasItsElements) {
     EXPECT_EQ(value->GetTypeName(), static_cast<CPropertyValueList&>(*value).GetElement(0)->GetTypeName());
 }
 
+TEST(PropertyValue, AListHasTheNameOfItsElementsAlsoWithinAList) {
+    const CPVNestedList day(TYPE_DAILY_SCHEDULE, TYPE_TIME_VALUE);
+    EXPECT_EQ(day.GetTypeName(), "time-value");
+    EXPECT_EQ(CPropertyValueList(TYPE_DAILY_SCHEDULE).GetTypeName(), "daily-schedule");
+}
+
 TEST(PropertyValue, TextIsNeverCut) {
     CPVString value;
     value.SetPropId(0, PROP_OBJECT_NAME);
