@@ -56,9 +56,10 @@ QPushButton& CFormDlg::AddText(const char* caption, std::function<std::string()>
     text->setReadOnly(true);
     text->setFocusPolicy(Qt::ClickFocus);
     text->setMinimumWidth(TEXT_WIDTH);
-    text->setAccessibleName(label->text());
+    const QString name = label->text().remove(u'&');
+    text->setAccessibleName(name);
     button->setAutoDefault(false);
-    button->setAccessibleName(label->text());
+    button->setAccessibleName(name);
     label->setBuddy(button);
     const int row = m_grid->rowCount();
     m_grid->addWidget(label, row, 0);

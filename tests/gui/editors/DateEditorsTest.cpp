@@ -188,8 +188,8 @@ TEST_F(Editors, ADateRangeIsTwoDates) {
         return dialog.Get<QLineEdit>(label).text().toStdString();
     };
     EXPECT_TRUE(Use(Value(range), "Input date-range", [&](const CControls& dialog) {
-        EXPECT_EQ(text(dialog, "&Start date"), DATE_EDITOR.print(CHRISTMAS.Date));
-        EXPECT_EQ(text(dialog, "&End date"), DATE_EDITOR.print(ANY.Date));
+        EXPECT_EQ(text(dialog, "Start date"), DATE_EDITOR.print(CHRISTMAS.Date));
+        EXPECT_EQ(text(dialog, "End date"), DATE_EDITOR.print(ANY.Date));
         m_script.Do(DATE_TIME, [](const CControls& inner) {
             EXPECT_THAT(inner.Texts().front(), "end-date");
             EXPECT_FALSE(inner.Get<QWidget>("&Hour").isEnabled());
@@ -204,10 +204,10 @@ TEST_F(Editors, ADateRangeIsTwoDates) {
             PressCancel(inner);
         });
         dialog.Press("&Start date");
-        EXPECT_EQ(text(dialog, "&Start date"), DATE_EDITOR.print(CHRISTMAS.Date));
+        EXPECT_EQ(text(dialog, "Start date"), DATE_EDITOR.print(CHRISTMAS.Date));
         BACSTAC_DATE end = ANY.Date;
         end.Year = 1999;
-        EXPECT_EQ(text(dialog, "&End date"), DATE_EDITOR.print(end));
+        EXPECT_EQ(text(dialog, "End date"), DATE_EDITOR.print(end));
         PressOk(dialog);
     }));
     EXPECT_TRUE(AreSame(range.Value.Start, CHRISTMAS.Date));
