@@ -19,7 +19,7 @@ BrowserPage::~BrowserPage() {
     CBacGeneral::SetDirFileName({});
 }
 
-void BrowserPage::Open() {
+void BrowserPage::AddSite() {
     AddDevice(10, "Beta");
     AddObject(10, {2, 1}, "zone");
     SetValue(10, {2, 1}, PROP_PRESENT_VALUE, FakeValue::Real(21.5F));
@@ -31,6 +31,10 @@ void BrowserPage::Open() {
     for (const unsigned device : {10U, 20U})
         directory.SetDevAddr(device, m_bacnet.GetDevAddr(device));
     directory.Save(m_folder.File("directory"));
+}
+
+void BrowserPage::Open() {
+    AddSite();
     OnGui([this] {
         m_window = std::make_unique<QWidget>();
         m_page = new CObjBrowserDlg(m_window.get(), m_driver, m_bacnet, *CGuiOperator::Get());

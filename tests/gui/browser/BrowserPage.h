@@ -22,6 +22,8 @@ protected:
     ~BrowserPage() override;
 
     // Device 10 "Beta" with (2, 1) "zone", (2, 2) "Area", (0, 5) "T" and a file; device 20 "alpha".
+    void AddSite();
+    // The page over it.
     void Open();
 
     // ---- on the thread of the windows
