@@ -1,12 +1,11 @@
 #include "host/HistoryMonitor.h"
 
+// Whoever waits may destroy the monitor as soon as it has the lock, so the waking is over by then.
 void CHistoryMonitor::OnHistoryStatus(const HistoryStatus& status) {
-    {
-        const std::lock_guard guard(m_lock);
-        if (m_status.running && !status.running)
-            ++m_ended;
-        m_status = status;
-    }
+    const std::lock_guard guard(m_lock);
+    if (m_status.running && !status.running)
+        ++m_ended;
+    m_status = status;
     m_changed.notify_all();
 }
 
