@@ -17,6 +17,7 @@ constexpr int TYPE_DIGITS = 4;
 constexpr int INSTANCE_DIGITS = 7;
 constexpr int PROPERTY_DIGITS = 7;
 constexpr int INDEX_DIGITS = 10;
+constexpr int NUMBER_WIDTH = 80; // pixels at the default font
 
 void AddGroup(QGridLayout& grid, const char* caption, QWidget& field, QWidget* second) {
     auto* const label = new QLabel(QString::fromLatin1(caption), field.parentWidget());
@@ -58,6 +59,8 @@ CEditDevObjPropRefDlg::CEditDevObjPropRefDlg(QWidget* parent)
       m_instance(new CLimitEdit(this, INSTANCE_DIGITS)), m_property(new CNameCombo(this, PROPERTY_DIGITS)),
       m_index(new CLimitEdit(this, INDEX_DIGITS)), m_device(new CLimitEdit(this, INSTANCE_DIGITS)) {
     InitRecord(TYPE_DEV_OBJ_PROP_REF, &Value);
+    for (QWidget* const number : {m_instance, m_index, m_device})
+        number->setMinimumWidth(NUMBER_WIDTH);
     m_instance->setAccessibleName(QStringLiteral("Object instance"));
     m_index->setAccessibleName(QStringLiteral("Array index"));
     auto* const grid = new QGridLayout;

@@ -12,6 +12,7 @@
 #include "module/console/SelectTagDlg.h"
 #include "module/widgets/InputDlg.h"
 #include "tests/gui/ConsoleFixture.h"
+#include "tests/gui/look/EditorScenes.h"
 #include "tests/support/TempFolder.h"
 
 #include <QLineEdit>
@@ -32,17 +33,6 @@ void ShowPages(const Look& look) {
 void ShowDialog(QDialog& dialog, const Look& look, const std::string& name) {
     dialog.show();
     look(dialog, name);
-}
-
-// What is opened by a call that returns when it is closed.
-void ShowModal(const std::function<void()>& open, const Look& look, const std::string& name) {
-    QTimer::singleShot(0, [&] {
-        if (QDialog* const dialog = ModalDialog()) {
-            look(*dialog, name);
-            dialog->reject();
-        }
-    });
-    open();
 }
 
 void ShowAbout(const Look& look) {
@@ -118,10 +108,29 @@ void ShowBoxes(const Look& look) {
 
 } // namespace
 
+void ShowModal(const std::function<void()>& open, const Look& look, const std::string& name) {
+    QTimer::singleShot(0, [&] {
+        if (QDialog* const dialog = ModalDialog()) {
+            look(*dialog, name);
+            dialog->reject();
+        }
+    });
+    open();
+}
+
 const std::vector<Scene>& AllScenes() {
     static const std::vector<Scene> SCENES{
-        {"Pages", ShowPages}, {"About", ShowAbout},       {"SelectTag", ShowSelectTag}, {"Input", ShowInput},
-        {"Login", ShowLogin}, {"Password", ShowPassword}, {"Progress", ShowProgress},   {"Boxes", ShowBoxes},
+        {"Pages", ShowPages},
+        {"About", ShowAbout},
+        {"SelectTag", ShowSelectTag},
+        {"Input", ShowInput},
+        {"Login", ShowLogin},
+        {"Password", ShowPassword},
+        {"Progress", ShowProgress},
+        {"Boxes", ShowBoxes},
+        {"Editors", ShowEditors},
+        {"MemberEditors", ShowMemberEditors},
+        {"ListEditors", ShowListEditors},
     };
     return SCENES;
 }

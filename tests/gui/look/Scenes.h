@@ -23,5 +23,8 @@ inline void PrintTo(const Scene& scene, std::ostream* to) {
     *to << scene.name;
 }
 
+// Looks at the dialog that the call opens. The call returns when that is closed.
+void ShowModal(const std::function<void()>& open, const Look& look, const std::string& name);
+
 // On the thread of the windows.
 const std::vector<Scene>& AllScenes();
