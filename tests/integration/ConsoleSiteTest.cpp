@@ -2,7 +2,6 @@
 #include "api/bacnet/Log.h"
 #include "host/Runtime.h"
 #include "module/console/Globals.h"
-#include "module/console/Globals.h"
 #include "module/console/ManualResetEvent.h"
 #include "module/console/Messages.h"
 #include "module/console/TaskRunner.h"
