@@ -81,17 +81,17 @@ void CEditDevObjPropRefDlg::Load() {
         for (BACSTAC_OBJECT_TYPE type = 0; type <= LAST_LISTED_TYPE; ++type)
             Add(*m_type, CBACnetDir::GetStdObjTypeName(type), type);
         Show(*m_type, texts.objectType);
-        m_instance->setText(FromNarrow(texts.instance));
+        m_instance->SetWholeText(FromNarrow(texts.instance));
     }
     if (Groups.property) {
         ListProperties(Groups.object ? Value.ObjectId.Type : OBJ_NO_TYPE);
         Show(*m_property, texts.property);
-        m_index->setText(FromNarrow(texts.arrayIndex));
+        m_index->SetWholeText(FromNarrow(texts.arrayIndex));
         connect(m_type, &QComboBox::currentIndexChanged, this, &CEditDevObjPropRefDlg::OnTypeChanged);
         connect(m_type->lineEdit(), &QLineEdit::textEdited, this, &CEditDevObjPropRefDlg::OnTypeChanged);
     }
     if (Groups.device)
-        m_device->setText(FromNarrow(texts.device));
+        m_device->SetWholeText(FromNarrow(texts.device));
 }
 
 void CEditDevObjPropRefDlg::ListProperties(BACSTAC_OBJECT_TYPE type) {
