@@ -146,10 +146,11 @@ void CEditListDlg::DeleteRow() {
     const auto row = Selected();
     if (!row)
         return;
-    m_view->clearSelection();
     m_model->Delete(*row);
     if (*row < m_rows.GetCount())
         Select(*row);
+    else
+        m_view->selectionModel()->clear(); // the view has chosen the row above
 }
 
 void CEditListDlg::MoveUp() {
