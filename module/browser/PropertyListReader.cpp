@@ -4,6 +4,7 @@
 #include "api/bacnet/Dir.h"
 #include "api/bacnet/PropertyValue.h"
 #include "api/bacnet/Requests.h"
+#include "base/HeapWatch.h"
 #include "module/browser/ContentsRoom.h"
 
 #include <algorithm>
@@ -20,6 +21,8 @@ namespace {
 constexpr std::uint32_t STOP_WAIT = 20; // ms
 
 constexpr unsigned STRIP_RANGE = 100;
+
+constexpr std::size_t KEPT_BYTES = 512 * 1024; // by an idle page, of the room of a read
 
 bool HasLogBuffer(BACSTAC_OBJECT_TYPE type) {
     return type == OBJ_TREND_LOG || type == OBJ_TREND_LOG_MULTIPLE || type == OBJ_EVENT_LOG;
@@ -156,10 +159,12 @@ void CPropertyListReader::CWork::ShowProperty(BACSTAC_READ_RESULT_ITEM* item, BA
 }
 
 void CPropertyListReader::CWork::Run() {
+    const CHeapWatch heap;
     Source source;
     if (FindSource(source) && ShowProperties(source) && HasLogBuffer(m_reading->object.Type))
         AddRow(NameOf(PROP_LOG_BUFFER, 0), "...", PROP_LOG_BUFFER);
     m_reading->room.reset();
+    heap.GiveBack(KEPT_BYTES);
     Show(Finish);
     Flush();
 }
