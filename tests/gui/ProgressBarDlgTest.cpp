@@ -182,6 +182,13 @@ TEST_F(Progress, TheShutdownCancelsForGood) {
                 ElementsAre("StartTransfer(unattended, all)", "end request sent", "~HistoryStarter()"));
 }
 
+TEST_F(Progress, AnEmptyQueueIsServedAtOnce) {
+    OnGui([] {
+        for (int i = 0; i < 3; ++i)
+            EXPECT_TRUE(PumpMessages());
+    });
+}
+
 TEST_F(Progress, OnAWorkerThereIsNothingToServe) {
     EXPECT_TRUE(PumpMessages()); // the test's own thread
     BDCManager.ObjectChanged(1, {8, 1});
