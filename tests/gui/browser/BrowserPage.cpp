@@ -1,5 +1,7 @@
 #include "tests/gui/browser/BrowserPage.h"
 
+#include "module/browser/BrowserTree.h"
+#include "module/browser/Images.h"
 #include "module/browser/ObjBrowserDlg.h"
 #include "module/console/GuiOperator.h"
 
@@ -12,14 +14,14 @@ BrowserPage::BrowserPage() {
 
 BrowserPage::~BrowserPage() {
     OnGui([this] {
-        if (m_page)
+        if (m_window)
             m_page->Destroy();
         m_window.reset();
     });
     CBacGeneral::SetDirFileName({});
 }
 
-void BrowserPage::AddSite() {
+void BrowserPage::PutSite() {
     AddDevice(10, "Beta");
     AddObject(10, {2, 1}, "zone");
     SetValue(10, {2, 1}, PROP_PRESENT_VALUE, FakeValue::Real(21.5F));
@@ -30,11 +32,14 @@ void BrowserPage::AddSite() {
     PutDevice(directory, 20, "alpha", 0, {});
     for (const unsigned device : {10U, 20U})
         directory.SetDevAddr(device, m_bacnet.GetDevAddr(device));
-    directory.Save(m_folder.File("directory"));
+    Save(directory);
 }
 
-void BrowserPage::Open() {
-    AddSite();
+void BrowserPage::Save(const CBACnetDir& directory) {
+    EXPECT_TRUE(directory.Save(m_folder.File("directory")));
+}
+
+void BrowserPage::OpenPage() {
     OnGui([this] {
         m_window = std::make_unique<QWidget>();
         m_page = new CObjBrowserDlg(m_window.get(), m_driver, m_bacnet, *CGuiOperator::Get());
@@ -78,6 +83,11 @@ QModelIndex BrowserPage::Item(const std::string& label) const {
     for (QModelIndex parent = item.parent(); parent.isValid(); parent = parent.parent())
         tree.expand(parent);
     return item;
+}
+
+bool BrowserPage::HasImage(const std::string& label, int image) const {
+    const auto shown = Item(label).data(Qt::DecorationRole).value<QIcon>();
+    return shown.cacheKey() == BrowserImage(image, STATE_NONE).cacheKey();
 }
 
 void BrowserPage::Select(const std::string& label) const {

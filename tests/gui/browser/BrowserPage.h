@@ -22,11 +22,16 @@ protected:
     ~BrowserPage() override;
 
     // Device 10 "Beta" with (2, 1) "zone", (2, 2) "Area", (0, 5) "T" and a file; device 20 "alpha".
-    void AddSite();
-    // The page over it.
-    void Open();
+    void Open() {
+        PutSite();
+        OpenPage();
+    }
+    void PutSite();
+    void Save(const CBACnetDir& directory); // as the file that the page loads
+    void OpenPage();
 
     // ---- on the thread of the windows
+    bool HasImage(const std::string& label, int image) const;
     CControls Page() const;
     QTreeView& Tree() const;
     QTreeView& List() const;

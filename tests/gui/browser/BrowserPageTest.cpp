@@ -15,7 +15,6 @@
 #include <QStyleHints>
 #include <QTest>
 
-#include <atomic>
 #include <thread>
 
 using testing::ElementsAre;
@@ -196,17 +195,9 @@ TEST_F(BrowserPage, ATickWaitsUntilAModalDialogIsGone) {
 TEST_F(BrowserPage, ReadingCanBeCancelled) {
     Open();
     m_bacnet.LeaveOutOfLists(10, {2, 1}, PROP_DESCRIPTION);
-    std::atomic<bool> isHanging = true;
-    std::atomic<bool> hasHung = false;
-    m_bacnet.OnCall([&](const std::string& call) {
-        if (!call.starts_with("ReadProperty(10, (2, 1)"))
-            return;
-        hasHung = true;
-        while (isHanging)
-            std::this_thread::sleep_for(Milliseconds(1));
-    });
+    Hang("ReadProperty(10, (2, 1)");
     OnGui([this] { Select("zone - 1"); });
-    ASSERT_TRUE(EventuallyOnGui([&] { return hasHung.load(); }) || hasHung);
+    ASSERT_TRUE(Eventually([this] { return HasHung(); }));
     EXPECT_TRUE(EventuallyOnGui([this] { return Page().Texts().size() > 2; }));
     OnGui([this] {
         EXPECT_FALSE(List().isEnabled());
@@ -214,7 +205,7 @@ TEST_F(BrowserPage, ReadingCanBeCancelled) {
         Page().Press("Cancel");
         EXPECT_FALSE(m_page->findChild<QProgressBar*>()->parentWidget()->isHidden());
     });
-    isHanging = false;
+    LetGo();
     EXPECT_TRUE(EventuallyOnGui([this] { return List().isEnabled(); }));
     OnGui([this] {
         EXPECT_THAT(Rows(), IsEmpty());

@@ -138,6 +138,24 @@ TEST_F(DiscoverDevices, TwoStationsWithOneInstanceAreMarked) {
     });
 }
 
+TEST_F(DiscoverDevices, AStormOfAnswersLeavesTheWindowToTheOperator) {
+    constexpr int ANNOUNCEMENTS = 20000;
+    std::thread storm([&] {
+        for (int i = 0; i < ANNOUNCEMENTS / 2; ++i)
+            Announce({20, 100});
+    });
+    Milliseconds longest(0);
+    while (m_log.Get().size() < ANNOUNCEMENTS) {
+        const auto begin = Clock::now();
+        OnGui([this] { Dialog().Type("to", "50"); });
+        longest = std::max(longest, Since(begin));
+    }
+    storm.join();
+    EXPECT_LT(longest, Milliseconds(1000));
+    ASSERT_TRUE(HasDevices(1));
+    OnGui([this] { EXPECT_THAT(Shown(), ElementsAre("20")); });
+}
+
 TEST_F(DiscoverDevices, AStormOfAnswersMayMeetTheEnd) {
     std::atomic<bool> isStorming = true;
     std::thread storm([&] {

@@ -8,8 +8,11 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <chrono>
 #include <functional>
 #include <string>
+#include <thread>
 
 using Lines = CEventList::Lines;
 
@@ -56,6 +59,20 @@ protected:
     void SetValue(unsigned device, BACSTAC_OBJECT_ID id, BACSTAC_PROPERTY_ID property, const FakeValue& value) {
         m_bacnet.SetValue(device, id, property, value);
     }
+    // Calls whose event begins with the text hang until they are let go.
+    void Hang(const std::string& event) {
+        m_hasHung = false;
+        m_isHanging = true;
+        m_bacnet.OnCall([this, event](const std::string& call) {
+            if (!call.starts_with(event))
+                return;
+            m_hasHung = true;
+            while (m_isHanging)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        });
+    }
+    bool HasHung() const { return m_hasHung; }
+    void LetGo() { m_isHanging = false; }
 
     CEventList m_events; // calls and progress
     CEventList m_log;
@@ -63,6 +80,9 @@ protected:
     CLogSink m_sink{m_log};
 
 private:
+    std::atomic<bool> m_isHanging = false;
+    std::atomic<bool> m_hasHung = false;
+
     void Name(unsigned device, BACSTAC_OBJECT_ID id, const std::string& name) {
         if (!name.empty())
             SetValue(device, id, PROP_OBJECT_NAME, FakeValue::Text(name));
