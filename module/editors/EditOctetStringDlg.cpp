@@ -13,6 +13,9 @@
 CEditOctetStringDlg::CEditOctetStringDlg(QWidget* parent)
     : CEditorDlg(parent, "Input octet string"), m_edit(new QLineEdit(this)) {
     m_edit->setMaxLength(std::numeric_limits<int>::max());
+    QFont font = m_edit->font();
+    font.setStyleStrategy(QFont::PreferNoShaping); // digits need none, and there may be very many
+    m_edit->setFont(font);
     connect(m_edit, &QLineEdit::textChanged, this, &CEditOctetStringDlg::OnText);
     GetContent().addWidget(m_edit);
     GetContent().addStretch(1);

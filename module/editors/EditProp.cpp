@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTextOption>
 #include <QVBoxLayout>
 
 namespace {
@@ -25,6 +26,7 @@ CEditProp::CEditProp(QWidget* parent, const std::string& caption, const std::str
     m_text->setReadOnly(true);
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_text->setTabChangesFocus(true);
+    m_text->setWordWrapMode(QTextOption::WrapAnywhere); // there are no blanks, and looking for them takes its time
     m_text->setTabStopDistance(TAB_STOP * m_text->fontMetrics().averageCharWidth());
     m_text->setPlainText(FromNarrow(Reflow(text)));
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
