@@ -35,6 +35,7 @@ CEditBitStringDlg::CEditBitStringDlg(QWidget* parent, ENUM_TYPE_ID names)
     m_bits->header()->setStretchLastSection(false);
     m_bits->setColumnWidth(0, NAME_WIDTH);
     m_bits->setMinimumSize(VIEW_SIZE);
+    m_bits->viewport()->setBackgroundRole(QPalette::Window); // dark desktops have boxes in the colour of the base
     m_bits->setAccessibleName(QStringLiteral("Bits"));
     for (int size = 1; size <= LARGEST_SIZE; ++size)
         m_sizes->addItem(QStringLiteral("%1 bits").arg(size));

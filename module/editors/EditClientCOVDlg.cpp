@@ -10,11 +10,13 @@
 namespace {
 
 constexpr int MOST_CHARACTERS = 30;
+constexpr int TEXT_WIDTH = 220; // pixels
 
 } // namespace
 
 CEditClientCOVDlg::CEditClientCOVDlg(QWidget* parent)
     : CEditorDlg(parent, "Input client-cov"), m_edit(new CLimitEdit(this, MOST_CHARACTERS)) {
+    m_edit->setMinimumWidth(TEXT_WIDTH);
     GetContent().addWidget(m_edit);
     GetContent().addStretch(1);
 }

@@ -29,7 +29,10 @@ CEditDateTimeDlg::CEditDateTimeDlg(QWidget* parent)
     : CEditorDlg(parent, "Input date-time"), m_dateGroup(NewGroup("Date")),
       m_date(m_dateGroup.box, *m_dateGroup.grid, DATE_FIELDS), m_year(new CLimitEdit(m_dateGroup.box, YEAR_DIGITS)),
       m_timeGroup(NewGroup("Time")), m_time(m_timeGroup.box, *m_timeGroup.grid, TIME_FIELDS) {
+    m_year->setFixedWidth(m_year->fontMetrics().horizontalAdvance(QStringLiteral("0000000")));
     AddColumn(*m_dateGroup.grid, "&Year", *m_year);
+    for (QGridLayout* const grid : {m_dateGroup.grid, m_timeGroup.grid})
+        grid->setColumnStretch(grid->columnCount(), 1);
     GetContent().addStretch(1);
 }
 

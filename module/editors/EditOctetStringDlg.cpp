@@ -10,9 +10,16 @@
 #include <limits>
 #include <utility>
 
+namespace {
+
+constexpr int TEXT_WIDTH = 320; // pixels
+
+} // namespace
+
 CEditOctetStringDlg::CEditOctetStringDlg(QWidget* parent)
     : CEditorDlg(parent, "Input octet string"), m_edit(new QLineEdit(this)) {
     m_edit->setMaxLength(std::numeric_limits<int>::max());
+    m_edit->setMinimumWidth(TEXT_WIDTH);
     QFont font = m_edit->font();
     font.setStyleStrategy(QFont::PreferNoShaping); // digits need none, and there may be very many
     m_edit->setFont(font);

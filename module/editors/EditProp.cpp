@@ -14,6 +14,7 @@
 namespace {
 
 constexpr QSize SIZE(460, 380);
+constexpr QSize LEAST_TEXT(260, 120);
 constexpr int TAB_STOP = 3; // average characters, which are 12 units of dialogs
 
 } // namespace
@@ -23,6 +24,7 @@ CEditProp::CEditProp(QWidget* parent, const std::string& caption, const std::str
     setWindowTitle(QStringLiteral("View property value"));
     auto* const label = new QLabel(FromNarrow(caption).replace(u'&', QStringLiteral("&&")), this);
     label->setBuddy(m_text);
+    m_text->setMinimumSize(LEAST_TEXT);
     m_text->setReadOnly(true);
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_text->setTabChangesFocus(true);

@@ -9,6 +9,7 @@
 namespace {
 
 constexpr int MOST_CHARACTERS = 30;
+constexpr int TEXT_WIDTH = 220; // pixels
 
 RealSize SizeOf(bool isDouble) {
     return isDouble ? RealSize::Double : RealSize::Single;
@@ -18,6 +19,7 @@ RealSize SizeOf(bool isDouble) {
 
 CEditRealDlg::CEditRealDlg(QWidget* parent)
     : CEditorDlg(parent, "Input real"), m_edit(new CLimitEdit(this, MOST_CHARACTERS)) {
+    m_edit->setMinimumWidth(TEXT_WIDTH);
     GetContent().addWidget(m_edit);
     GetContent().addStretch(1);
 }

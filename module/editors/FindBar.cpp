@@ -7,10 +7,17 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+namespace {
+
+constexpr int TEXT_WIDTH = 120; // pixels
+
+} // namespace
+
 CFindBar::CFindBar(QWidget* parent, QPlainTextEdit& text)
     : QWidget(parent), m_text(text), m_wanted(new QLineEdit(this)), m_result(new QLabel(this)) {
     auto* const caption = new QLabel(QStringLiteral("&Find"), this);
     caption->setBuddy(m_wanted);
+    m_wanted->setMinimumWidth(TEXT_WIDTH);
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins({});
     row->addWidget(caption);

@@ -1,10 +1,15 @@
 #include "tests/gui/look/EditorScenes.h"
 
+#include "api/bacnet/BacGeneral.h"
 #include "api/bacnet/Enums.h"
 #include "api/bacnet/PropertyValues.h"
+#include "module/editors/EditPriorityDlg.h"
+#include "module/editors/EditProp.h"
 #include "module/editors/EditPropertyValue.h"
 #include "module/editors/MemberEditors.h"
 #include "tests/gui/ConsoleFixture.h"
+
+#include <QTest>
 
 #include <memory>
 
@@ -43,4 +48,31 @@ void ShowListEditors(const Look& look) {
     ShowEditor(*week, look, "list of fixed size");
     const auto list = NewValue(OBJ_ANALOG_INPUT, PROP_STATUS_FLAGS, TYPE_DEV_OBJ_PROP_REF, 0);
     ShowEditor(*list, look, "list that is empty");
+}
+
+void ShowSimpleEditors(const Look& look) {
+    CPVBitString flags;
+    flags.SetPropId(OBJ_ANALOG_INPUT, PROP_STATUS_FLAGS);
+    CBacGeneral::SetBitStringBit(flags.Value, 2, true);
+    ShowEditor(flags, look, "status flags");
+    CPVDateTime christmas;
+    christmas.Value = {{2026, 0, 12, 24, 4}, {18, 30, 0, BACSTAC_ANY_TIME}};
+    ShowEditor(christmas, look, "christmas");
+    CPVOctetString key;
+    key.Value.assign(24, 0xAB);
+    ShowEditor(key, look, "key");
+    CPVString text;
+    text.Value = "Supply fan, air handling unit 3";
+    ShowEditor(text, look, "text");
+    ShowModal([] { CEditPriorityDlg(ConsoleWindow()).Run(); }, look, "priority of a write");
+}
+
+void ShowViewer(const Look& look) {
+    const std::string schedule = "{{(08:00:00.00, 21.5), (18:00:00.00, 16.0)}, {(09:00:00.00, 20.0)}, {}}";
+    CEditProp viewer(ConsoleWindow(), "weekly-schedule", schedule);
+    viewer.show();
+    look(viewer, "viewer");
+    QTest::keyClick(viewer.focusWidget(), Qt::Key_F, Qt::ControlModifier);
+    TypeText(*viewer.focusWidget(), "21.6");
+    look(viewer, "viewer search");
 }

@@ -131,6 +131,8 @@ const std::vector<Scene>& AllScenes() {
         {"Editors", ShowEditors},
         {"MemberEditors", ShowMemberEditors},
         {"ListEditors", ShowListEditors},
+        {"SimpleEditors", ShowSimpleEditors},
+        {"Viewer", ShowViewer},
     };
     return SCENES;
 }
