@@ -65,8 +65,8 @@ void CEditReadResultItemDlg::Load() {
     m_error->setChecked(item.Choice == BACSTAC_ITEM_ERROR);
     m_value->setChecked(item.Choice == BACSTAC_ITEM_VALUE);
     if (m_error->isChecked()) {
-        m_class->setText(QString::number(item.Error.Class));
-        m_code->setText(QString::number(item.Error.Code));
+        m_class->SetWholeText(QString::number(item.Error.Class));
+        m_code->SetWholeText(QString::number(item.Error.Code));
     }
     connect(m_error, &QRadioButton::toggled, this, &CEditReadResultItemDlg::OnChosen);
     connect(m_value, &QRadioButton::toggled, this, &CEditReadResultItemDlg::OnChosen);

@@ -488,6 +488,17 @@ TEST_F(ResultItem, AnErrorIsReadAsItsNumbersChange) {
     EXPECT_EQ(m_item.GetValue().ToText(BACSTAC_NO_INDEX), "21.5");
 }
 
+TEST_F(ResultItem, ShowsLongNumbersOfAnErrorWhole) {
+    m_item.Value.Choice = BACSTAC_ITEM_ERROR;
+    m_item.Value.Error = {4294967295U, 123456};
+    EXPECT_TRUE(UseItem([](const CControls& form) {
+        EXPECT_EQ(TextOf(form, "Error &class"), "4294967295");
+        EXPECT_EQ(TextOf(form, "Error c&ode"), "123456");
+        PressOk(form);
+    }));
+    EXPECT_EQ(m_item.Value.Error.Code, 123456U);
+}
+
 TEST_F(ResultItem, WithoutAValueThereIsNothingToEdit) {
     m_item.GetValue().Clear();
     EXPECT_FALSE(UseItem([](const CControls& form) {
