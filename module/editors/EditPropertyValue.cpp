@@ -3,14 +3,18 @@
 #include "api/bacnet/BacGeneral.h"
 #include "api/bacnet/Enums.h"
 #include "module/editors/EditActionCommandDlg.h"
+#include "module/editors/EditAnyPrimitiveDlg.h"
 #include "module/editors/EditBitStringDlg.h"
+#include "module/editors/EditClientCOVDlg.h"
 #include "module/editors/EditEPOutOfRange.h"
 #include "module/editors/EditEnumDlg.h"
 #include "module/editors/EditEventParameterDlg.h"
 #include "module/editors/EditListDlg.h"
+#include "module/editors/EditOctetStringDlg.h"
 #include "module/editors/EditPrescaleDlg.h"
 #include "module/editors/EditPropertyStateDlg.h"
 #include "module/editors/EditReadResultItemDlg.h"
+#include "module/editors/EditStringDlg.h"
 #include "module/editors/EventParameterForms.h"
 #include "module/editors/MemberEditors.h"
 #include "module/editors/NotificationForms.h"
@@ -28,12 +32,6 @@ namespace {
 template <class Value, const auto& Editor>
 bool EditRecord(QWidget* parent, CPropertyValue& value) {
     return Editor.edit(parent, value.GetPropName(), static_cast<Value&>(value).Value);
-}
-
-// A value that the editor takes whole.
-template <class Value, const auto& Editor>
-bool EditWhole(QWidget* parent, CPropertyValue& value) {
-    return Editor.edit(parent, value.GetPropName(), static_cast<Value&>(value));
 }
 
 // A value whose numbers or bits have the names that its property gives them.
@@ -77,19 +75,19 @@ bool EditOutOfRange(QWidget* parent, CPropertyValue& value) {
 
 // A number that is missing has no editor.
 constexpr EditorEntry EDITORS[] = {
-    {TYPE_ANY_PRIMITIVE, EditWhole<CPVAnyPrimitive, ANY_PRIMITIVE_EDITOR>},
+    {TYPE_ANY_PRIMITIVE, EditForm<CPVAnyPrimitive, CEditAnyPrimitiveDlg>},
     {TYPE_BOOLEAN, EditRecord<CPVBoolean, BOOLEAN_EDITOR>},
     {TYPE_UNSIGNED, EditRecord<CPVUnsigned, UNSIGNED_EDITOR>},
     {TYPE_SIGNED, EditRecord<CPVSigned, SIGNED_EDITOR>},
     {TYPE_REAL, EditRecord<CPVReal, REAL_EDITOR>},
     {TYPE_DOUBLE, EditRecord<CPVDouble, DOUBLE_EDITOR>},
-    {TYPE_OCTET_STRING, EditWhole<CPVOctetString, OCTET_STRING_EDITOR>},
+    {TYPE_OCTET_STRING, EditForm<CPVOctetString, CEditOctetStringDlg>},
     {TYPE_BIT_STRING, EditNamed<CPVBitString, CEditBitStringDlg>},
     {TYPE_ENUMERATED, EditNamed<CPVEnumerated, CEditEnumDlg>},
     {TYPE_DATE, EditRecord<CPVDate, DATE_EDITOR>},
     {TYPE_TIME, EditRecord<CPVTime, TIME_EDITOR>},
     {TYPE_OBJECT_ID, EditRecord<CPVObjectId, OBJECT_ID_EDITOR>},
-    {TYPE_STRING, EditWhole<CPVString, STRING_EDITOR>},
+    {TYPE_STRING, EditForm<CPVString, CEditStringDlg>},
     {TYPE_DATE_TIME, EditRecord<CPVDateTime, DATE_TIME_EDITOR>},
     {TYPE_OBJ_PROP_REF, EditRecord<CPVObjPropRef, OBJ_PROP_REF_EDITOR>},
     {TYPE_PROPERTY_STATE, EditForm<CPVPropertyState, CEditPropertyStateDlg>},
@@ -105,7 +103,7 @@ constexpr EditorEntry EDITORS[] = {
     {TYPE_PROPERTY_REF, EditRecord<CPVPropertyRef, PROPERTY_REF_EDITOR>},
     {TYPE_ADDRESS_BINDING, EditForm<CPVAddressBinding, CEditAddressBindindDlg>},
     {TYPE_DEV_OBJ_PROP_REF, EditRecord<CPVDevObjPropRef, DEV_OBJ_PROP_REF_EDITOR>},
-    {TYPE_CLIENT_COV, EditRecord<CPVClientCOV, CLIENT_COV_EDITOR>},
+    {TYPE_CLIENT_COV, EditForm<CPVClientCOV, CEditClientCOVDlg>},
     {TYPE_READ_ACCESS_SPEC, EditForm<CPVReadAccessSpec, CEditReadAccessSpecDlg>},
     {TYPE_READ_ACCESS_RESULT, EditForm<CPVReadAccessResult, CEditReadAccessResultDlg>},
     {TYPE_EVENT_PARAMETER, EditForm<CPVEventParameter, CEditEventParameterDlg>},

@@ -1,5 +1,5 @@
-// The editors by the record that they edit, as forms and the table of types use them. print gives a narrow text for the
-// form's field, of 127 bytes at most. Only on the console thread.
+// The editors of what is part of something larger, by the record that they edit, for forms and the table of types.
+// print gives a narrow text for the form's field, of 127 bytes at most. Only on the console thread.
 #pragma once
 
 #include "api/bacnet/PropertyValues.h"
@@ -24,9 +24,6 @@ extern const MemberEditor<BACSTAC_TIME> TIME_EDITOR;
 extern const MemberEditor<BACSTAC_DATE_TIME> DATE_TIME_EDITOR;
 extern const MemberEditor<BACSTAC_DATE_RANGE> DATE_RANGE_EDITOR;
 extern const MemberEditor<BACSTAC_WEEK_N_DAY> WEEK_N_DAY_EDITOR;
-extern const MemberEditor<BACSTAC_CLIENT_COV> CLIENT_COV_EDITOR;
-extern const MemberEditor<CPVOctetString> OCTET_STRING_EDITOR;
-extern const MemberEditor<CPVString> STRING_EDITOR;
 
 // ---- references
 

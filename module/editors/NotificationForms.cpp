@@ -2,8 +2,8 @@
 
 #include "module/editors/EditRealDlg.h"
 #include "module/editors/MemberEditors.h"
+#include "module/editors/NumberChecks.h"
 
-#include <cmath>
 #include <functional>
 
 namespace {
@@ -60,8 +60,8 @@ bool EditIncrement(QWidget* parent, const std::string& label, Subscription& valu
     if (!dialog.Run())
         return false;
     value.Mask = dialog.IsNull ? value.Mask & ~BACSTAC_COV_INCREMENT : value.Mask | BACSTAC_COV_INCREMENT;
-    if (!dialog.IsNull && !std::isnan(dialog.Value)) // what is no number comes back only as it was
-        value.Increment = static_cast<float>(dialog.Value);
+    if (!dialog.IsNull)
+        value.Increment = Narrowed(dialog.Value, value.Increment);
     return true;
 }
 
