@@ -8,7 +8,6 @@
 #include "tests/support/FakeBacnet.h"
 
 #include <QKeyEvent>
-#include <QTabWidget>
 #include <QTreeView>
 
 #include <unistd.h>
@@ -89,28 +88,15 @@ private:
 };
 
 QTreeView& FindTree() {
-    for (const QWidget* const window : QApplication::topLevelWidgets())
-        for (auto* const tree : window->findChildren<QTreeView*>())
-            if (tree->accessibleName() == QStringLiteral("Devices and objects"))
-                return *tree;
-    Fail("there is no tree");
-}
-
-void SelectPage(const char* page) {
-    Console::Do([page] {
-        auto* const tabs = FindTree().window()->findChild<QTabWidget*>();
-        for (int tab = 0; tab < tabs->count(); ++tab)
-            if (tabs->tabText(tab) == QLatin1String(page))
-                tabs->setCurrentIndex(tab);
-    });
+    return Console::Find<QTreeView>("Devices and objects");
 }
 
 // The polling begins at once when the page comes for the second time: the first wake finds the beginning.
 void ShowPolling(const Devices& devices) {
     BDCManager.PostMessageW(WM_CONSOLE_SHOW, 0, 0);
     while (devices.GetAnswers() == 0) {
-        SelectPage("General");
-        SelectPage("Browser");
+        Console::SelectPage("General");
+        Console::SelectPage("Browser");
         std::this_thread::sleep_for(10 * kStatusTime);
     }
 }

@@ -33,15 +33,27 @@ Console::~Console() {
         Fail("the console does not end");
 }
 
+QWidget& Console::GetWindow() {
+    for (QWidget* const window : QApplication::topLevelWidgets())
+        if (window->findChild<QTabWidget*>())
+            return *window;
+    Fail("there is no console");
+}
+
 void Console::Check() {
-    bool asExpected = false;
-    Do([&] {
-        for (const QWidget* const window : QApplication::topLevelWidgets())
-            if (const auto* const tabs = window->findChild<QTabWidget*>())
-                asExpected = asExpected || (tabs->count() == kPages && !window->isVisible());
+    Do([] {
+        if (GetWindow().findChild<QTabWidget*>()->count() != kPages || GetWindow().isVisible())
+            Fail("there is no hidden console with nine pages");
     });
-    if (!asExpected)
-        Fail("there is no hidden console with nine pages");
+}
+
+void Console::SelectPage(const char* page) {
+    Do([page] {
+        auto& tabs = *GetWindow().findChild<QTabWidget*>();
+        for (int tab = 0; tab < tabs.count(); ++tab)
+            if (tabs.tabText(tab) == QLatin1String(page))
+                tabs.setCurrentIndex(tab);
+    });
 }
 
 } // namespace bench

@@ -5,6 +5,7 @@
 #include "tests/support/FakeKernel.h"
 
 #include <QApplication>
+#include <QWidget>
 
 #include <utility>
 
@@ -29,10 +30,24 @@ public:
 
     // Otherwise a figure would tell of something else.
     static void Check();
+    static void SelectPage(const char* page);
     // On the console thread.
     template <class F>
     static void Do(F f) {
         QMetaObject::invokeMethod(qApp, std::move(f), Qt::BlockingQueuedConnection);
+    }
+
+    // ---- on the console thread
+
+    // The window with the pages.
+    static QWidget& GetWindow();
+    // A control of it by its accessible name or its text.
+    template <class Widget>
+    static Widget& Find(const char* name) {
+        for (auto* const widget : GetWindow().findChildren<Widget*>())
+            if (widget->accessibleName() == QLatin1String(name) || widget->property("text") == QLatin1String(name))
+                return *widget;
+        Fail("a control of the console is missing");
     }
 };
 

@@ -5,8 +5,10 @@
 //   idle    milliseconds of processor time in a second, and the process's resident megabytes
 //   browser milliseconds that the window stands still at most: while the operator goes down the tree with the key held,
 //           and while devices answer for their status
+//   editors milliseconds until the slowest editor has opened on the largest value
 #include "bench/console/Browser.h"
 #include "bench/console/Console.h"
+#include "bench/console/Editors.h"
 
 #include "api/bacnet/Log.h"
 #include "module/console/Globals.h"
@@ -155,8 +157,10 @@ int main(int argc, char** argv) {
     } else if (what == "browser") {
         const auto [walk, answers] = MeasurePauses();
         fmt::print("{} {}\n", walk, answers);
+    } else if (what == "editors") {
+        fmt::print("{}\n", MeasureEditors());
     } else {
-        Fail("start, post, idle or browser");
+        Fail("start, post, idle, browser or editors");
     }
     return 0;
 }
