@@ -14,24 +14,27 @@ namespace {
 // ---- references: each kind has some of the parts of the largest one
 
 template <class Reference>
-constexpr bool IS_OBJECT_ID = std::is_same_v<Reference, BACSTAC_OBJECT_ID>;
+concept ObjectId = std::is_same_v<Reference, BACSTAC_OBJECT_ID>;
+template <class Reference>
+concept WithObject = requires(Reference reference) {
+    reference.ObjectId;
+};
+template <class Reference>
+concept WithProperty = requires(Reference reference) {
+    reference.Property;
+};
+template <class Reference>
+concept WithDevice = requires(Reference reference) {
+    reference.DeviceId;
+};
 
 template <class Reference>
-constexpr ReferenceGroups GROUPS{requires(Reference reference){reference.DeviceId;
-} // namespace
-, IS_OBJECT_ID<Reference> || requires(Reference reference) {
-    reference.ObjectId;
-}
-, requires(Reference reference) {
-    reference.Property;
-}
-,
-}
-;
+constexpr ReferenceGroups GROUPS{WithDevice<Reference>, ObjectId<Reference> || WithObject<Reference>,
+                                 WithProperty<Reference>};
 
 template <class Reference>
 auto& ObjectOf(Reference& reference) {
-    if constexpr (IS_OBJECT_ID<std::remove_const_t<Reference>>)
+    if constexpr (ObjectId<std::remove_const_t<Reference>>)
         return reference;
     else
         return reference.ObjectId;
