@@ -20,7 +20,7 @@ struct IdentityConfig {
     std::string location;
     std::uint16_t vendorId = 0;          // vendor_id, as the standard's committee assigns them
     std::string vendorName;              // vendor_name
-    std::uint16_t localNetwork = 0;      // number shown for the network that has none, 0..65534
+    std::uint16_t localNetwork = 0;      // number shown for the network that has none, 0..65534; 0: told by routers
     std::uint32_t processIdentifier = 1; // of event notifications
     std::vector<std::string> groups;     // object window groups to choose from
 };

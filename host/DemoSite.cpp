@@ -19,6 +19,7 @@ constexpr unsigned MULTIPLE_MEMBERS = 3;
 constexpr std::uint32_t FIRST_MULTIPLE_POINT = 500; // behind those of the greatest number of trend logs
 constexpr std::uint32_t CLIENT_IP = 0x7F2F0001;     // 127.47.0.1
 constexpr std::uint32_t FIRST_IP = 0x7F2F0101;      // 127.47.1.1
+constexpr std::uint16_t LOCAL_NETWORK = 1;          // of the devices on IP
 constexpr std::uint16_t ROUTED_NETWORK = 2;
 // Ten seconds: half a million records lie between New Year and the first change of the clocks.
 constexpr std::uint32_t LOG_INTERVAL = 10;
@@ -157,11 +158,13 @@ std::vector<std::uint32_t> CDemoSite::Devices() const {
 }
 
 std::string CDemoSite::ConfigText() const {
-    std::string text = fmt::format("# Written by bdc demo; changes are lost with its next run.\n"
-                                   "[identity]\ninstance = 4000000\nname = \"bdc demonstration\"\n\n"
-                                   "[[network]]\nbind = \"{}\"\nport = {}\nbroadcast = \"{}\"\n\n"
-                                   "[[tag]]\nname = \"{}\"\ntype = \"digital\"\n",
-                                   IpText(CLIENT_IP), m_port, IpText(m_simulation.BroadcastIp), FLUSH_TAG);
+    std::string text =
+        fmt::format("# Written by bdc demo; changes are lost with its next run.\n"
+                    "[identity]\ninstance = 4000000\nname = \"bdc demonstration\"\n"
+                    "local_network = {}\n\n"
+                    "[[network]]\nbind = \"{}\"\nport = {}\nbroadcast = \"{}\"\n\n"
+                    "[[tag]]\nname = \"{}\"\ntype = \"digital\"\n",
+                    LOCAL_NETWORK, IpText(CLIENT_IP), m_port, IpText(m_simulation.BroadcastIp), FLUSH_TAG);
     const auto addTag = [&](const std::string& name, bool isDigital, const std::string& reference) {
         text += fmt::format("\n[[tag]]\nname = \"{}\"\ntype = \"{}\"\nbacnet = {{ {} }}\n", name,
                             isDigital ? "digital" : "analog", reference);

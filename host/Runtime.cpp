@@ -126,7 +126,15 @@ bool CRuntime::OpenStack(std::string& error) {
     m_client->Announce();
     m_station.SetIdentityListener(
         [this] { m_client->SetIdentity(m_station.GetDeviceInstance(), m_station.GetDeviceName()); });
+    m_station.SetNetworkNumberSource([this] { return ToldNetworkNumber(); });
     return true;
+}
+
+std::uint16_t CRuntime::ToldNetworkNumber() const {
+    for (const bacnet::PortStatus& port : m_client->Networks().Ports())
+        if (port.Network == 0)
+            return port.ToldNetwork;
+    return 0;
 }
 
 std::array<std::uint32_t, 2> CRuntime::HistoryIds(std::uint32_t tag) const {
@@ -185,6 +193,7 @@ bool CRuntime::End() {
     if (m_driver)
         m_driver->Disconnect();
     m_station.SetIdentityListener(nullptr);
+    m_station.SetNetworkNumberSource(nullptr);
     BACnet = nullptr;
     m_client.reset();
     return true;

@@ -63,6 +63,8 @@ private:
     bool OpenHistory(std::string& error);
     bool OpenKernel(std::string& error);
     bool OpenStack(std::string& error);
+    // Of the network that has no number here, as its routers tell it; 0 while nobody has.
+    std::uint16_t ToldNetworkNumber() const;
     bool LoadSettings(std::string& error);
 
     const Config m_config;

@@ -108,6 +108,11 @@ void CStationStore::SetIdentityListener(std::function<void()> listener) {
     m_identityChanged = std::move(listener);
 }
 
+void CStationStore::SetNetworkNumberSource(std::function<std::uint16_t()> source) {
+    const std::lock_guard guard(m_lock);
+    m_networkNumber = std::move(source);
+}
+
 void CStationStore::ChangeIdentity(const std::function<bool()>& change) {
     std::function<void()> listener;
     {
@@ -138,7 +143,10 @@ void CStationStore::SetDeviceName(const std::string& name) {
 }
 
 std::uint16_t CStationStore::GetLocalNetworkNumber() {
-    return m_localNetwork;
+    if (m_localNetwork != 0)
+        return m_localNetwork;
+    const std::lock_guard guard(m_lock);
+    return m_networkNumber ? m_networkNumber() : std::uint16_t{0};
 }
 
 std::uint32_t CStationStore::GetProcessIdentifier() {

@@ -30,6 +30,9 @@ public:
     // Called after each change of the device's instance or name, by the thread that changes it; empty: by none.
     void SetIdentityListener(std::function<void()> listener);
 
+    // Asked for the number of the local network where the configuration has none, by any thread; empty: there is none.
+    void SetNetworkNumberSource(std::function<std::uint16_t()> source);
+
     std::vector<CEventFilter>& EventFilters() { return m_filters; }
     AlarmDefinition& CommunicationError() { return m_communicationError; }
 
@@ -64,7 +67,8 @@ private:
     std::string m_name;
     std::uint32_t m_processIdentifier;
     std::string m_group;
-    std::function<void()> m_identityChanged; // m_lock
+    std::function<void()> m_identityChanged;        // m_lock
+    std::function<std::uint16_t()> m_networkNumber; // m_lock
 
     std::vector<CEventFilter> m_filters; // these and below by the module lock
     AlarmDefinition m_communicationError;

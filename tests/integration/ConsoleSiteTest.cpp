@@ -1,11 +1,15 @@
 // The driver as a whole with its console, used through the window: what the pages and the login do to files and jobs.
+#include "api/bacnet/Dir.h"
 #include "api/bacnet/Log.h"
+#include "host/FieldDriver.h"
 #include "host/Runtime.h"
 #include "module/console/Globals.h"
 #include "module/console/ManualResetEvent.h"
 #include "module/console/Messages.h"
 #include "module/console/TaskRunner.h"
 #include "platform/kernel/Kernel.h"
+#include "platform/stack/client/BacnetClient.h"
+#include "platform/stack/network/NetworkLayer.h"
 #include "tests/support/Loopback.h"
 #include "tests/support/TempFolder.h"
 
@@ -16,6 +20,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTreeView>
 
 #include <gmock/gmock.h>
 
@@ -152,6 +157,30 @@ TEST_F(ConsoleSite, TheLogFilePageChangesWhatTheLogFilesHold) {
     LogErr("failure at the end");
     EXPECT_THAT(Log("bacnet.log"), Not(HasSubstr("failure at the end")));
     EXPECT_THAT(Log("bacnet-000002.001.log"), HasSubstr("failure at the end"));
+}
+
+TEST_F(ConsoleSite, TheBrowserShowsTheLocalNetworkUnderTheNumberThatItsRoutersTell) {
+    CBACnetDev device;
+    device.SetInst(10);
+    device.SetAddr({0, 0, 0, {127, 0, 0, 1, 186, 192}, 6});
+    CBACnetDir directory;
+    directory.AddDev(device);
+    ASSERT_TRUE(directory.Save(m_folder.File("directory.dat")));
+    std::string error;
+    ASSERT_TRUE(m_runtime->Open(error)) << error;
+    constexpr std::uint8_t NETWORK_NUMBER_IS[] = {0x01, 0x80, 0x13, 0x00, 0x07, 0x01}; // 7, as configured
+    m_runtime->Client().Transactions().Network().OnNpdu(
+        0, {bacnet::ToMac({m_addresses.Ip(2), m_addresses.Port()}), true, NETWORK_NUMBER_IS});
+    EXPECT_EQ(m_runtime->Driver().GetIdentity().GetLocalNetworkNumber(), 7);
+    ASSERT_TRUE(m_runtime->StartConsole(false, error)) << error;
+    const auto isShown = [] {
+        for (const QWidget* const window : QApplication::topLevelWidgets())
+            for (const auto* const tree : window->findChildren<QTreeView*>())
+                if (tree->accessibleName() == QStringLiteral("Devices and objects"))
+                    return tree->model()->index(0, 0).data().toString() == QStringLiteral("Network 7");
+        return false;
+    };
+    EXPECT_TRUE(Eventually(isShown));
 }
 
 TEST_F(ConsoleSite, ADamagedFileOfUsersLetsNobodyInAndTheJobsGoOn) {

@@ -45,6 +45,17 @@ TEST(StationStore, BeginsWithTheConfiguration) {
     EXPECT_TRUE(store.EventFilters().empty());
 }
 
+TEST(StationStore, AsksForTheNumberOfTheNetworkOnlyWhereNoneIsConfigured) {
+    const CTempFolder folder;
+    CStationStore configured(folder.File("configured.json"), Identity());
+    configured.SetNetworkNumberSource([] { return std::uint16_t{12}; });
+    EXPECT_EQ(configured.GetLocalNetworkNumber(), 5U);
+    CStationStore store(folder.File("station.json"), IdentityConfig());
+    EXPECT_EQ(store.GetLocalNetworkNumber(), 0U);
+    store.SetNetworkNumberSource([] { return std::uint16_t{12}; });
+    EXPECT_EQ(store.GetLocalNetworkNumber(), 12U);
+}
+
 TEST(StationStore, KeepsWhatWasChanged) {
     const CTempFolder folder;
     std::string error;
