@@ -5,6 +5,7 @@
 #include "module/console/NarrowText.h"
 #include "module/console/Operator.h"
 #include "module/widgets/LimitEdit.h"
+#include "module/widgets/TickDelegate.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -77,7 +78,7 @@ QVariant CDiscoveredModel::data(const QModelIndex& index, int role) const {
     case Qt::TextAlignmentRole:
         return QVariant(COLUMNS[index.column()].alignment | Qt::AlignVCenter);
     case Qt::ToolTipRole:
-        return row.rival.empty() ? QVariant()
+        return row.rival.empty() ? FromNarrow(row.address)
                                  : QStringLiteral("Two stations claim instance %1: %2 and %3")
                                        .arg(row.device)
                                        .arg(FromNarrow(row.rival), FromNarrow(row.address));
@@ -132,6 +133,7 @@ CDiscoverDevicesDlg::CDiscoverDevicesDlg(QWidget* parent, CBacGeneral& bacnet, I
     list->setModel(m_model);
     list->setRootIsDecorated(false);
     list->setUniformRowHeights(true);
+    list->setItemDelegate(new CTickDelegate(list));
     list->setAllColumnsShowFocus(true);
     list->header()->setStretchLastSection(false);
     for (int column = 0; column < CDiscoveredModel::COLUMN_COUNT; ++column)

@@ -1,7 +1,6 @@
 // The browser's page over large directories, odd names, damaged files and devices that do not answer.
 #include "module/browser/ObjBrowserDlg.h"
 #include "tests/gui/browser/BrowserPage.h"
-#include "tests/gui/harness/Screenshot.h"
 
 #include <QTest>
 
@@ -123,7 +122,6 @@ TEST_F(BrowserFaults, OddNamesAreOneLineEach) {
                                         longest + " - 3", rightToLeft + " - 2"));
         EXPECT_EQ(Item("<b>no markup</b> - 7").data(Qt::ToolTipRole).toString(),
                   QStringLiteral("Object instance 7<br>&lt;b&gt;no markup&lt;/b&gt; - 7"));
-        TakeScreenshot(*m_window, "browser-odd-names");
     });
 }
 

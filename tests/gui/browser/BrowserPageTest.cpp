@@ -3,7 +3,6 @@
 #include "module/browser/ObjBrowserDlg.h"
 #include "module/console/Busy.h"
 #include "module/widgets/SpinEdit.h"
-#include "tests/gui/harness/Screenshot.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -12,7 +11,6 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QStyleHints>
 #include <QTest>
 
 #include <thread>
@@ -45,7 +43,6 @@ TEST_F(BrowserPage, SelectingAnObjectShowsItsProperties) {
         EXPECT_TRUE(Page().Get<QPushButton>("&Edit...").isEnabled());
         EXPECT_TRUE(Page().Get<QPushButton>("&Zoom").isEnabled());
         EXPECT_EQ(List().model()->index(2, 2).data().toString(), QStringLiteral("85"));
-        TakeScreenshot(*m_window, "browser");
     });
 }
 
@@ -201,7 +198,6 @@ TEST_F(BrowserPage, ReadingCanBeCancelled) {
     EXPECT_TRUE(EventuallyOnGui([this] { return Page().Texts().size() > 2; }));
     OnGui([this] {
         EXPECT_FALSE(List().isEnabled());
-        TakeScreenshot(*m_window, "browser-reading");
         Page().Press("Cancel");
         EXPECT_FALSE(m_page->findChild<QProgressBar*>()->parentWidget()->isHidden());
     });
@@ -224,13 +220,11 @@ TEST_F(BrowserPage, DiscoveredDevicesAreScannedIntoTheTree) {
         for (const auto deadline = Clock::now() + std::chrono::seconds(10);
              dialog.Only<QTreeView>().model()->rowCount() == 0 && Clock::now() < deadline;)
             QTest::qWait(10);
-        TakeScreenshot(dialog.GetRoot(), "browser-discover");
         dialog.Press("OK");
     });
     OnGui([this] {
         Page().Press("&Discover && scan");
         EXPECT_TRUE(Item("pump - 7").isValid());
-        TakeScreenshot(*m_window, "browser-scanned");
     });
 }
 
@@ -249,24 +243,7 @@ TEST_F(BrowserPage, StatusOfObjectsShowsAsImages) {
         ChooseEntry(*menu, {"Read objects status"});
         EXPECT_NE(image("zone - 1"), before);
         EXPECT_EQ(image("Area - 2"), before);
-        TakeScreenshot(*m_window, "browser-status");
     });
-}
-
-TEST_F(BrowserPage, ItIsReadableOnDarkGround) {
-    Open();
-    OnGui([this] {
-        QPalette dark;
-        dark.setColor(QPalette::Window, QColor(45, 45, 45));
-        dark.setColor(QPalette::Base, QColor(30, 30, 30));
-        dark.setColor(QPalette::Button, QColor(60, 60, 60));
-        for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-            dark.setColor(role, Qt::white);
-        m_window->setPalette(dark);
-        Select("zone - 1");
-    });
-    ASSERT_TRUE(HasRows(3));
-    OnGui([this] { EXPECT_NE(TakeScreenshot(*m_window, "browser-dark"), ""); });
 }
 
 TEST_F(BrowserPage, TheTreeMayBeRebuiltUnderAnOpenMenu) {

@@ -1,18 +1,15 @@
 // Every window of the console, at the scale that QT_SCALE_FACTOR sets: usable with the keyboard and with a screen
-// reader, and nothing cut off. With BDC_SCREENSHOTS set, each leaves a picture there; BDC_DESKTOP=dark has it dark.
+// reader, and nothing cut off.
 #include "module/console/ConsoleState.h"
 #include "tests/gui/ConsoleFixture.h"
-#include "tests/gui/harness/Screenshot.h"
-#include "tests/gui/look/Palettes.h"
+#include "tests/gui/look/Examine.h"
 #include "tests/gui/look/Scenes.h"
 #include "tests/gui/look/Usability.h"
 
-#include <QApplication>
+#include <QEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace {
 
@@ -22,9 +19,6 @@ using ::testing::IsEmpty;
 using ::testing::StartsWith;
 using ::testing::UnorderedElementsAre;
 
-// Tests are given one variable of the environment, which is the scale; nobody's screen is to show them.
-const bool OFFSCREEN = qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qputenv("QT_QPA_PLATFORM", "offscreen");
-
 class ConsoleLook : public ConsoleFixture, public ::testing::WithParamInterface<Scene> {
 protected:
     // What the module wires, from before the first fixture clears it.
@@ -32,38 +26,17 @@ protected:
         static const ConsoleWiring MODULE = consoleWiring;
         return MODULE;
     }
-    static void SetUpTestSuite() {
-        ASSERT_TRUE(OFFSCREEN);
-        Module();
-    }
+    static void SetUpTestSuite() { Module(); }
 
     void SetUp() override {
         consoleWiring.newPage = Module().newPage;
         consoleWiring.getOperator = Module().getOperator;
         m_kernel.AddTag(0, "Flush trend logs");
-        OnGui([] { UseDesktop(qgetenv("BDC_DESKTOP") == "dark" ? Desktop::Dark : Desktop::Light); });
+        OnGui(UseDesktopOfTheRun);
         Start();
         ShowWindow();
     }
 };
-
-std::string FileName(std::string name) {
-    std::ranges::replace(name, ' ', '-');
-    return name;
-}
-
-void Examine(QWidget& window, const std::string& name) {
-    SCOPED_TRACE(name);
-    QApplication::processEvents(); // layouts take place
-    if (qEnvironmentVariableIsSet("BDC_SCREENSHOTS")) {
-        EXPECT_NE(TakeScreenshot(window, FileName(name)), "");
-    }
-    window.resize(1, 1); // as small as it lets itself be made
-    QApplication::processEvents();
-    EXPECT_THAT(CutControls(window), IsEmpty());
-    EXPECT_THAT(ControlsWithoutName(window), IsEmpty());
-    EXPECT_THAT(ControlsOutOfReach(window), IsEmpty());
-}
 
 TEST_P(ConsoleLook, ServesEverybody) {
     OnGui([] { GetParam().show(Examine); });
