@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr const char* TITLE = "Input ep-out-of-range";
-
 // ---- integers as real numbers: fractions are cut off, and what is too large is the largest
 
 template <class Number>
@@ -28,41 +26,35 @@ constexpr MemberEditor<std::uint32_t> UNSIGNED_AS_REAL_EDITOR{PrintAsReal, EditA
 
 // ---- the sets
 
-template <class Set, const auto& LimitEditor, const auto& BandEditor>
-constexpr FormRow ROWS[] = {
-    Field<Set, &Set::TimeDelay, SECONDS_EDITOR>("&Time delay", "time-delay"),
-    Field<Set, &Set::LowLimit, LimitEditor>("&Low limit", "low-limit"),
-    Field<Set, &Set::HighLimit, LimitEditor>("&High limit", "high-limit"),
-    Field<Set, &Set::DeadBand, BandEditor>("&Dead band", "dead-band"),
+template <auto Set, auto Member>
+constexpr auto IN_SET = [](OutOfRangeSets& sets) -> auto& {
+    return sets.*Set.*Member;
 };
 
-FormSpec SpecOf(unsigned eventType) {
+template <class Record, Record OutOfRangeSets::*Set, const auto& LimitEditor, const auto& BandEditor>
+constexpr FormRow ROWS[] = {
+    Field<OutOfRangeSets, IN_SET<Set, &Record::TimeDelay>, SECONDS_EDITOR>("&Time delay", "time-delay"),
+    Field<OutOfRangeSets, IN_SET<Set, &Record::LowLimit>, LimitEditor>("&Low limit", "low-limit"),
+    Field<OutOfRangeSets, IN_SET<Set, &Record::HighLimit>, LimitEditor>("&High limit", "high-limit"),
+    Field<OutOfRangeSets, IN_SET<Set, &Record::DeadBand>, BandEditor>("&Dead band", "dead-band"),
+};
+
+std::span<const FormRow> RowsOf(unsigned eventType) {
+    using Sets = OutOfRangeSets;
     switch (eventType) {
     case 14:
-        return {TITLE, ROWS<BACSTAC_EP_DOUBLE_OUT_OF_RANGE, DOUBLE_EDITOR, DOUBLE_EDITOR>};
+        return ROWS<BACSTAC_EP_DOUBLE_OUT_OF_RANGE, &Sets::Double, DOUBLE_EDITOR, DOUBLE_EDITOR>;
     case 15:
-        return {TITLE, ROWS<BACSTAC_EP_SIGNED_OUT_OF_RANGE, SIGNED_AS_REAL_EDITOR, UNSIGNED_AS_REAL_EDITOR>};
+        return ROWS<BACSTAC_EP_SIGNED_OUT_OF_RANGE, &Sets::Signed, SIGNED_AS_REAL_EDITOR, UNSIGNED_AS_REAL_EDITOR>;
     case 16:
-        return {TITLE, ROWS<BACSTAC_EP_UNSIGNED_OUT_OF_RANGE, UNSIGNED_AS_REAL_EDITOR, UNSIGNED_AS_REAL_EDITOR>};
+        return ROWS<BACSTAC_EP_UNSIGNED_OUT_OF_RANGE, &Sets::Unsigned, UNSIGNED_AS_REAL_EDITOR,
+                    UNSIGNED_AS_REAL_EDITOR>;
     default:
-        return {TITLE, ROWS<BACSTAC_EP_OUT_OF_RANGE, REAL_EDITOR, REAL_EDITOR>};
+        return ROWS<BACSTAC_EP_OUT_OF_RANGE, &Sets::Real, REAL_EDITOR, REAL_EDITOR>;
     }
 }
 
 } // namespace
 
 CEditEPOutOfRange::CEditEPOutOfRange(QWidget* parent, unsigned eventType)
-    : CFormDlg(parent, SpecOf(eventType), Set(eventType)) {}
-
-void* CEditEPOutOfRange::Set(unsigned eventType) {
-    switch (eventType) {
-    case 14:
-        return &DoubleValue;
-    case 15:
-        return &SignedValue;
-    case 16:
-        return &UnsignedValue;
-    default:
-        return &Value;
-    }
-}
+    : CRecordForm(parent, {"Input ep-out-of-range", RowsOf(eventType)}) {}

@@ -6,18 +6,17 @@
 
 #include "api/bacnet/Records.h"
 
-class CEditEPOutOfRange : public CFormDlg {
+// By event type. One of them is shown and edited.
+struct OutOfRangeSets {
+    BACSTAC_EP_OUT_OF_RANGE Real;              // 5, the only one that a data type opens
+    BACSTAC_EP_DOUBLE_OUT_OF_RANGE Double;     // 14
+    BACSTAC_EP_SIGNED_OUT_OF_RANGE Signed;     // 15
+    BACSTAC_EP_UNSIGNED_OUT_OF_RANGE Unsigned; // 16
+};
+
+class CEditEPOutOfRange : public CRecordForm<OutOfRangeSets> {
     Q_OBJECT
 
 public:
-    // eventType: 5, 14, 15 or 16; it says which of the sets is shown and edited.
     CEditEPOutOfRange(QWidget* parent, unsigned eventType);
-
-    BACSTAC_EP_OUT_OF_RANGE Value{};                  // 5, the only one that a data type opens
-    BACSTAC_EP_DOUBLE_OUT_OF_RANGE DoubleValue{};     // 14
-    BACSTAC_EP_SIGNED_OUT_OF_RANGE SignedValue{};     // 15
-    BACSTAC_EP_UNSIGNED_OUT_OF_RANGE UnsignedValue{}; // 16
-
-private:
-    void* Set(unsigned eventType);
 };

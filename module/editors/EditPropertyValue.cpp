@@ -69,8 +69,14 @@ bool EditParameter(QWidget* parent, CPropertyValue& value) {
 }
 
 bool EditOutOfRange(QWidget* parent, CPropertyValue& value) {
+    BACSTAC_EP_OUT_OF_RANGE& record = static_cast<CPVEPOutOfRange&>(value).Value;
     CEditEPOutOfRange dialog(parent, value.GetDataType() - EP);
-    return Run<CPVEPOutOfRange>(dialog, PARAMETER, value);
+    OutOfRangeSets sets{};
+    sets.Real = record;
+    if (!RunEditor(dialog, PARAMETER, sets))
+        return false;
+    record = sets.Real;
+    return true;
 }
 
 // A number that is missing has no editor.

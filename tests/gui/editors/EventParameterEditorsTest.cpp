@@ -345,23 +345,23 @@ TEST_F(OutOfRange, DoublesKeepTheirDigits) {
             EXPECT_EQ(Enter(form, "Low limit", REAL, "low-limit", "0.123456789012345"), "0.123456789012345");
             PressOk(form);
         }));
-        EXPECT_EQ(dialog.DoubleValue.LowLimit, 0.123456789012345);
-        EXPECT_EQ(dialog.Value.LowLimit, 0.0F);
+        EXPECT_EQ(dialog.Value.Double.LowLimit, 0.123456789012345);
+        EXPECT_EQ(dialog.Value.Real.LowLimit, 0.0F);
     });
 }
 
 TEST_F(OutOfRange, SignedLimitsAreCutAndHeldWithinTheirRange) {
     OnGui([&] {
         CEditEPOutOfRange dialog(nullptr, 15);
-        dialog.SignedValue.LowLimit = -5;
+        dialog.Value.Signed.LowLimit = -5;
         EXPECT_TRUE(UseSet(dialog, [this](const CControls& form) {
             EXPECT_EQ(TextOf(form, "Low limit"), "-5");
             EnterAll(form);
         }));
-        EXPECT_EQ(dialog.SignedValue.TimeDelay, 9U);
-        EXPECT_EQ(dialog.SignedValue.LowLimit, -21);
-        EXPECT_EQ(dialog.SignedValue.HighLimit, INT32_MAX);
-        EXPECT_EQ(dialog.SignedValue.DeadBand, 0U);
+        EXPECT_EQ(dialog.Value.Signed.TimeDelay, 9U);
+        EXPECT_EQ(dialog.Value.Signed.LowLimit, -21);
+        EXPECT_EQ(dialog.Value.Signed.HighLimit, INT32_MAX);
+        EXPECT_EQ(dialog.Value.Signed.DeadBand, 0U);
     });
 }
 
@@ -369,11 +369,11 @@ TEST_F(OutOfRange, UnsignedLimitsToo) {
     OnGui([&] {
         CEditEPOutOfRange dialog(nullptr, 16);
         EXPECT_TRUE(UseSet(dialog, [this](const CControls& form) { EnterAll(form); }));
-        EXPECT_EQ(dialog.UnsignedValue.TimeDelay, 9U);
-        EXPECT_EQ(dialog.UnsignedValue.LowLimit, 0U);
-        EXPECT_EQ(dialog.UnsignedValue.HighLimit, UINT32_MAX);
-        EXPECT_EQ(dialog.Value.TimeDelay, 0U);
-        EXPECT_EQ(dialog.SignedValue.TimeDelay, 0U);
+        EXPECT_EQ(dialog.Value.Unsigned.TimeDelay, 9U);
+        EXPECT_EQ(dialog.Value.Unsigned.LowLimit, 0U);
+        EXPECT_EQ(dialog.Value.Unsigned.HighLimit, UINT32_MAX);
+        EXPECT_EQ(dialog.Value.Real.TimeDelay, 0U);
+        EXPECT_EQ(dialog.Value.Signed.TimeDelay, 0U);
     });
 }
 
