@@ -81,7 +81,7 @@ TEST(ListedNumber, FindsTheItemOfEachNumberAndNoneForOthers) {
 }
 
 TEST(Priorities, AreSixteenWithTheirBlanks) {
-    EXPECT_THAT(PRIORITIES,
+    EXPECT_THAT(std::vector<std::string>(PRIORITIES.begin(), PRIORITIES.end()),
                 ElementsAre("01: Manual-life safety ", "02: Automatic-life safety ", "03: Available ", "04: Available ",
                             "05: Critical equipment control ", "06: Minimum on/off ", "07: Available ",
                             "08: Manual operator ", "09: Available", "10: Available", "11: Available", "12: Available",
