@@ -1,5 +1,6 @@
 #include "module/editors/EventParameterForms.h"
 
+#include "api/bacnet/Enums.h"
 #include "module/editors/MemberEditors.h"
 
 namespace {
@@ -111,6 +112,14 @@ CEditEPFloatingLimit::CEditEPFloatingLimit(QWidget* parent)
 
 CEditEPChangeOfLifeSafety::CEditEPChangeOfLifeSafety(QWidget* parent)
     : CRecordForm(parent, {"Input ep-change-of-life-safety", LIFE_SAFETY_ROWS}) {}
+
+// The values of both lists have the names of life safety states, which the event's parameters do not know.
+void CEditEPChangeOfLifeSafety::Load() {
+    constexpr BACSTAC_PROPERTY_ID TRACKING_VALUE = 164;
+    for (CPropertyValueList* const list : {&Value.GetLifeSafetyAlarmValues(), &Value.GetAlarmValues()})
+        list->SetPropId(OBJ_EVENT_ENROLLMENT, TRACKING_VALUE);
+    CRecordForm::Load();
+}
 
 CEditEPExtended::CEditEPExtended(QWidget* parent) : CRecordForm(parent, {"Input ep-extended", EXTENDED_ROWS}) {}
 

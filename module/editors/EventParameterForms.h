@@ -45,6 +45,9 @@ class CEditEPChangeOfLifeSafety : public CRecordForm<CPVEPChangeOfLifeSafety> {
 
 public:
     explicit CEditEPChangeOfLifeSafety(QWidget* parent);
+
+protected:
+    void Load() override;
 };
 
 class CEditEPExtended : public CRecordForm<CPVEPExtended> {

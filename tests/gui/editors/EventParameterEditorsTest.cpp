@@ -280,7 +280,10 @@ TEST_F(EventParameterForm, LifeSafetyHasTwoLists) {
     CPVEPChangeOfLifeSafety value;
     EXPECT_TRUE(Use(Value(value), "Input ep-change-of-life-safety", [&](const CControls& form) {
         const auto addOne = [&](const CControls& list) {
-            m_script.Press("Input enumerated", "OK");
+            m_script.Do("Input enumerated", [](const CControls& state) {
+                state.Choose("tracking-value", "tamper-alarm");
+                PressOk(state);
+            });
             list.Press("Add");
             PressOk(list);
         };
@@ -292,6 +295,7 @@ TEST_F(EventParameterForm, LifeSafetyHasTwoLists) {
     }));
     EXPECT_EQ(value.GetLifeSafetyAlarmValues().GetElementCnt(), 1U);
     EXPECT_EQ(value.GetAlarmValues().GetElementCnt(), 2U);
+    EXPECT_EQ(value.GetAlarmValues().GetElement(1)->ToText(BACSTAC_NO_INDEX), "tamper-alarm");
 }
 
 TEST_F(EventParameterForm, ExtendedParametersAreOfAnyType) {
