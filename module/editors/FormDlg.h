@@ -10,7 +10,6 @@
 #include <vector>
 
 class QGridLayout;
-class QLineEdit;
 class QPushButton;
 
 class CFormDlg : public CEditorDlg {

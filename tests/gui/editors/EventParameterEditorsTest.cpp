@@ -5,7 +5,10 @@
 
 #include <QComboBox>
 
+#include <algorithm>
+#include <iterator>
 #include <ostream>
+#include <vector>
 
 namespace {
 
@@ -196,31 +199,40 @@ TEST_P(EventParameterField, HasItsEditorItsLabelAndItsHint) {
     EXPECT_EQ(OctetsOf(*m_value), before);
 }
 
-// Every number is another one.
-TEST_P(EventParameterField, StoresItsNumberAndNoOther) {
-    const FormFieldCase& row = GetParam();
-    if (row.editor != std::string(UNSIGNED) && row.editor != std::string(REAL))
-        return;
-    const std::unique_ptr<CPropertyValue> before(m_value->Clone());
-    std::string text;
-    EXPECT_TRUE(Use(Value(*m_value), row.form, [&](const CControls& form) {
-        text = Enter(form, row.field, row.editor, row.label, "41");
-        PressOk(form);
-    }));
-    EXPECT_NE(OctetsOf(*m_value), OctetsOf(*before));
-    EXPECT_TRUE(Use(Value(*m_value), row.form, [&](const CControls& form) {
-        Enter(form, row.field, row.editor, row.label, "0");
-        PressOk(form);
-    }));
-    EXPECT_EQ(OctetsOf(*m_value), OctetsOf(*before));
+std::string NameOf(const ::testing::TestParamInfo<FormFieldCase>& row) {
+    std::string name = "Type" + std::to_string(row.param.type) + row.param.label;
+    std::ranges::replace(name, '-', '_');
+    return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, EventParameterField, ::testing::ValuesIn(FIELDS), [](const auto& row) {
-    std::string name = std::to_string(row.param.type);
-    for (const char c : std::string(row.param.label))
-        name += c == '-' ? '_' : c;
-    return "Type" + name;
-});
+INSTANTIATE_TEST_SUITE_P(Forms, EventParameterField, ::testing::ValuesIn(FIELDS), NameOf);
+
+std::vector<FormFieldCase> NumberFields() {
+    std::vector<FormFieldCase> numbers(std::begin(FIELDS), std::end(FIELDS));
+    std::erase_if(numbers, [](const FormFieldCase& row) {
+        return row.editor != std::string(UNSIGNED) && row.editor != std::string(REAL);
+    });
+    return numbers;
+}
+
+using EventParameterNumber = EventParameterField;
+
+TEST_P(EventParameterNumber, IsStoredAloneAndTakenBack) {
+    const FormFieldCase& row = GetParam();
+    const std::string before = OctetsOf(*m_value);
+    const auto enter = [&](const char* number) {
+        EXPECT_TRUE(Use(Value(*m_value), row.form, [&](const CControls& form) {
+            EXPECT_EQ(Enter(form, row.field, row.editor, row.label, number), number);
+            PressOk(form);
+        }));
+    };
+    enter("41");
+    EXPECT_NE(OctetsOf(*m_value), before);
+    enter("0");
+    EXPECT_EQ(OctetsOf(*m_value), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, EventParameterNumber, ::testing::ValuesIn(NumberFields()), NameOf);
 
 // ---- what is special to one
 
