@@ -1,5 +1,7 @@
 // The browser's page as an operator uses it.
 #include "tests/gui/browser/BrowserPage.h"
+#include "module/browser/BrowserTree.h"
+#include "module/browser/Images.h"
 #include "module/browser/ObjBrowserDlg.h"
 #include "module/console/Busy.h"
 #include "module/widgets/SpinEdit.h"
@@ -58,7 +60,53 @@ TEST_F(BrowserPage, TheRowOfTheOperatorsChoiceIsSelectedAgain) {
         EXPECT_FALSE(Page().Get<QPushButton>("&Edit...").isEnabled());
     });
     ASSERT_TRUE(HasRows(3));
-    OnGui([this] { EXPECT_THAT(SelectedRows(), ElementsAre("description")); });
+    OnGui([this] {
+        EXPECT_THAT(SelectedRows(), ElementsAre("description"));
+        Tree().setFocus();
+        EXPECT_THAT(SelectedRows(), ElementsAre("description"));
+        Select("alpha - 20"); // has no description
+    });
+    ASSERT_TRUE(HasRows(1));
+    OnGui([this] { EXPECT_THAT(SelectedRows(), IsEmpty()); });
+}
+
+TEST_F(BrowserPage, RowsStandInTheOrderOfTheirNamesUntilAnotherIsChosen) {
+    Open();
+    SetValue(10, {2, 1}, 17, FakeValue::Unsigned(1)); // comes first
+    OnGui([this] { Select("zone - 1"); });
+    ASSERT_TRUE(HasRows(4));
+    OnGui([this] {
+        EXPECT_THAT(Rows(), ElementsAre("description = of the zone", "notification-class = 1", "object-name = zone",
+                                        "present-value = 21.5"));
+        const auto icon = List().model()->index(1, 0).data(Qt::DecorationRole).value<QIcon>();
+        EXPECT_EQ(icon.cacheKey(), BrowserImage(IMAGE_PROPERTY, STATE_NONE).cacheKey());
+        QHeaderView& header = *List().header();
+        const int place = header.sectionViewportPosition(2) + 10;
+        QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, QPoint(place, header.height() / 2));
+        List().setColumnWidth(0, 200);
+        Page().Press("Refresh &now");
+    });
+    ASSERT_TRUE(HasRows(4));
+    OnGui([this] {
+        EXPECT_THAT(Rows(), ElementsAre("notification-class = 1", "description = of the zone", "object-name = zone",
+                                        "present-value = 21.5"));
+        EXPECT_EQ(List().columnWidth(0), 200);
+    });
+}
+
+TEST_F(BrowserPage, CommandsGetTheSelectedRowsInTheOrderOfTheList) {
+    Open();
+    OnGui([this] { Select("zone - 1"); });
+    ASSERT_TRUE(HasRows(3));
+    OnGui([this] {
+        for (const int row : {2, 0})
+            QTest::mouseClick(List().viewport(), Qt::LeftButton, row == 0 ? Qt::ControlModifier : Qt::NoModifier,
+                              List().visualRect(List().model()->index(row, 0)).center());
+        BrowserSelection selection;
+        EXPECT_FALSE(m_page->GetBrowser().GetSelection(selection, true));
+        EXPECT_TRUE(m_page->GetBrowser().GetSelection(selection, false));
+        EXPECT_THAT(selection.properties, ElementsAre(PROP_DESCRIPTION, PROP_PRESENT_VALUE));
+    });
 }
 
 TEST_F(BrowserPage, TheListHasItsColumnsAndFillsTheirPlace) {
@@ -89,6 +137,12 @@ TEST_F(BrowserPage, EachKindOfItemHasItsMenu) {
                     ElementsAre("&Insert device...", "&Modify device...", "&Remove device...", "&Scan device", "-",
                                 "&Insert object...", "&Create object...", "Read objects status", "-", "Communication",
                                 "Reboot", "Backup...", "Restore...", "Abort restore..."));
+        QMenu* const device = MenuAt(Tree(), Item("Beta - 10"));
+        ASSERT_NE(device, nullptr);
+        EXPECT_THAT(EntriesOf(*Entry(*device, {"Communication"}).menu()),
+                    ElementsAre("Enable", "Disable", "Disable initiation"));
+        EXPECT_THAT(EntriesOf(*Entry(*device, {"Reboot"}).menu()), ElementsAre("Cold", "Warm"));
+        device->close();
         EXPECT_THAT(menu("Network 1"), ElementsAre("&Insert device..."));
         EXPECT_THAT(menu(nullptr), ElementsAre("&Insert device..."));
         EXPECT_THAT(menu("analog-value"), ElementsAre("&Insert object...", "&Create object..."));
@@ -163,6 +217,11 @@ TEST_F(BrowserPage, AutoRefreshAsksForItsPeriod) {
     script.Do("Input", [](const CControls& dialog) {
         EXPECT_EQ(dialog.Only<CSpinEdit>().GetText(), QStringLiteral("5"));
         EXPECT_THAT(dialog.Texts(), ElementsAre("Refresh period", "s"));
+        PressKey(Qt::Key_Down);
+        EXPECT_EQ(dialog.Only<CSpinEdit>().GetText(), QStringLiteral("5"));
+        TypeInto(dialog.Only<CSpinEdit>(), "3600");
+        PressKey(Qt::Key_Up);
+        EXPECT_EQ(dialog.Only<CSpinEdit>().GetText(), QStringLiteral("3600"));
         TypeInto(dialog.Only<CSpinEdit>(), "6");
         dialog.Press("OK");
     });
@@ -199,6 +258,7 @@ TEST_F(BrowserPage, ReadingCanBeCancelled) {
     OnGui([this] {
         EXPECT_FALSE(List().isEnabled());
         Page().Press("Cancel");
+        EXPECT_FALSE(Page().Get<QPushButton>("Cancel").isEnabled());
         EXPECT_FALSE(m_page->findChild<QProgressBar*>()->parentWidget()->isHidden());
     });
     LetGo();

@@ -119,11 +119,14 @@ TEST_F(DiscoverDevices, AFilterTakesRowsAwayAMomentLater) {
 }
 
 TEST_F(DiscoverDevices, AFailureToSendIsABox) {
+    Announce({3});
+    ASSERT_TRUE(HasDevices(1));
     m_bacnet.SetFault("WhoIs", BACSTAC_STATUS_SEND_FAILURE);
     CDialogScript script(m_asked);
     script.Press("Error", "OK");
     OnGui([this] { Dialog().Press("Send Who-Is"); });
     EXPECT_THAT(m_asked.Take(), ElementsAre("Box(Error, Failed to send WHOIS, error, OK)"));
+    OnGui([this] { EXPECT_THAT(Shown(), ElementsAre("3")); });
 }
 
 TEST_F(DiscoverDevices, TwoStationsWithOneInstanceAreMarked) {

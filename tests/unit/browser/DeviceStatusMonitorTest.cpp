@@ -61,6 +61,7 @@ TEST_F(DeviceStatusMonitor, ReadsEachDeviceOnceInOrderOfInstance) {
         AddPolled(device, 0);
     StartPolling(3);
     m_events.Take();
+    EXPECT_EQ(CDeviceStatusMonitor::PERIOD, 10000U); // between passes, where nobody wakes it
     EXPECT_THAT(Pass(3), ElementsAre("10: 2", "20: 2", "30: 2"));
     EXPECT_THAT(m_events.Take(), ElementsAre("ReadProperty(10, (8, 10), 112, -1)", "ReadProperty(20, (8, 20), 112, -1)",
                                              "ReadProperty(30, (8, 30), 112, -1)"));

@@ -180,6 +180,17 @@ TEST_F(ObjBrowser, AutoRefreshReadsAgainAndAgain) {
     EXPECT_THAT(m_shown.Take(), Contains("asked 6"));
 }
 
+TEST_F(ObjBrowser, AutoRefreshIsForgottenWithTheConsole) {
+    m_period = 6;
+    m_browser->ToggleAutoRefresh(false);
+    m_browser->Destroy();
+    m_timers.clear(); // they go with the window
+    Open();
+    EXPECT_THAT(m_timers, IsEmpty());
+    m_browser->ToggleAutoRefresh(false);
+    EXPECT_THAT(m_shown.Take(), ElementsAre("asked 5"));
+}
+
 TEST_F(ObjBrowser, AutoRefreshNeedsAPeriod) {
     EXPECT_FALSE(m_browser->ToggleAutoRefresh(false));
     EXPECT_THAT(m_timers, IsEmpty());

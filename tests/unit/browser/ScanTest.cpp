@@ -118,6 +118,35 @@ TEST_F(Scan, TheVendorIsTakenOverAndMayBeMissing) {
     EXPECT_THAT(m_log.Take(), ElementsAre("I: Scan: 2 devices, 2 objects, 0 failures"));
 }
 
+// By address, since the library need not know the device yet.
+TEST_F(Scan, TheVendorIsReadByAddress) {
+    class CSite : public CFakeBacnet {
+    public:
+        using CFakeBacnet::CFakeBacnet;
+        using CFakeBacnet::ReadProperty;
+        BACSTAC_STATUS ReadProperty(BACSTAC_ADDRESS const& address, BACSTAC_OBJECT_ID const& object,
+                                    BACSTAC_PROPERTY_ID property, int arrayIndex, BACSTAC_PROPERTY_CONTENTS& contents,
+                                    BACSTAC_ERROR* error) override {
+            EXPECT_EQ(address, GetDevAddr(10));
+            EXPECT_EQ(object, ::Device(10));
+            EXPECT_EQ(property, PROP_VENDOR_IDENTIFIER);
+            EXPECT_EQ(arrayIndex, BACSTAC_NO_INDEX);
+            EXPECT_EQ(contents.DataType, TYPE_UNSIGNED);
+            EXPECT_EQ(contents.ElementCount, 1U);
+            EXPECT_EQ(contents.BufferSize, 4U);
+            EXPECT_EQ(error, nullptr);
+            ++m_count;
+            return BACSTAC_STATUS_TIMEOUT;
+        }
+        int m_count = 0;
+    } site(m_events);
+    BACnet = &site;
+    site.AddDevice(10);
+    ScanDevices(site, {{10, site.GetDevAddr(10)}}, m_directory, m_progress);
+    EXPECT_EQ(site.m_count, 1);
+    EXPECT_EQ(m_directory.GetDevVendorId(10), 0U);
+}
+
 TEST_F(Scan, ADeviceWithoutItsListIsLeftOutAndTheNextGoesOn) {
     for (const unsigned device : {10U, 20U, 30U})
         AddDevice(device, "device");
