@@ -18,7 +18,6 @@ constexpr BACSTAC_OBJECT_ID SUPPLY{OBJ_ANALOG_VALUE, 1};
 class BrowserLook : public BrowserPage {
 protected:
     BrowserLook() { OnGui(UseDesktopOfTheRun); }
-    ~BrowserLook() override { LetGo(); }
 
     // Three devices; the first answers.
     void OpenBuilding() {

@@ -11,8 +11,10 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <string>
 #include <thread>
+#include <vector>
 
 using Lines = CEventList::Lines;
 
@@ -43,10 +45,27 @@ public:
     bool m_isEnding = false;
 };
 
+// The devices of a test. They stay behind it: so may a thread that hung in one and was given up.
+struct FakeSite {
+    CEventList events; // calls and progress
+    CFakeBacnet bacnet{events};
+    std::atomic<bool> isHanging = false;
+    std::atomic<bool> hasHung = false;
+
+    static FakeSite& New() {
+        static auto& all = *new std::vector<std::unique_ptr<FakeSite>>;
+        return *all.emplace_back(std::make_unique<FakeSite>());
+    }
+};
+
 class BrowserSite : public testing::Test {
 protected:
     BrowserSite() { BACnet = &m_bacnet; }
-    ~BrowserSite() override { BACnet = nullptr; }
+    ~BrowserSite() override {
+        LetGo();
+        m_bacnet.OnCall({});
+        BACnet = nullptr;
+    }
 
     void AddDevice(unsigned device, const std::string& name, unsigned short network = 0) {
         m_bacnet.AddDevice(device, network, name);
@@ -61,28 +80,26 @@ protected:
     }
     // Calls whose event begins with the text hang until they are let go.
     void Hang(const std::string& event) {
-        m_hasHung = false;
-        m_isHanging = true;
-        m_bacnet.OnCall([this, event](const std::string& call) {
+        m_site.hasHung = false;
+        m_site.isHanging = true;
+        m_bacnet.OnCall([&site = m_site, event](const std::string& call) {
             if (!call.starts_with(event))
                 return;
-            m_hasHung = true;
-            while (m_isHanging)
+            site.hasHung = true;
+            while (site.isHanging)
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
         });
     }
-    bool HasHung() const { return m_hasHung; }
-    void LetGo() { m_isHanging = false; }
+    bool HasHung() const { return m_site.hasHung; }
+    void LetGo() { m_site.isHanging = false; }
 
-    CEventList m_events; // calls and progress
+    FakeSite& m_site = FakeSite::New();
+    CEventList& m_events = m_site.events;
+    CFakeBacnet& m_bacnet = m_site.bacnet;
     CEventList m_log;
-    CFakeBacnet m_bacnet{m_events};
     CLogSink m_sink{m_log};
 
 private:
-    std::atomic<bool> m_isHanging = false;
-    std::atomic<bool> m_hasHung = false;
-
     void Name(unsigned device, BACSTAC_OBJECT_ID id, const std::string& name) {
         if (!name.empty())
             SetValue(device, id, PROP_OBJECT_NAME, FakeValue::Text(name));

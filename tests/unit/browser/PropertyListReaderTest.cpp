@@ -34,7 +34,6 @@ protected:
         AddObject(10, ZONE, "zone");
         m_reader = std::make_unique<CPropertyListReader>(m_bacnet, *this, m_queue);
     }
-    ~PropertyList() override { LetGo(); }
 
     // Reads to the end.
     Lines Read(BACSTAC_OBJECT_ID object = ZONE) {
