@@ -6,12 +6,14 @@
 #include <QTreeView>
 
 #include <numeric>
+#include <utility>
 
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
+using ::testing::UnorderedElementsAre;
 
 constexpr const char* LIST = "Input list of unsigned";
 constexpr const char* UNSIGNED = "Input unsigned";
@@ -66,12 +68,15 @@ void DoubleClick(const CControls& dialog, int row) {
     QTest::mouseDClick(Elements(dialog).viewport(), Qt::LeftButton, {}, PlaceOf(dialog, row));
 }
 
-// Of the buttons that change the list.
+// Of the buttons that change the list; their names have no mnemonics.
 std::vector<std::string> Enabled(const CControls& dialog) {
     std::vector<std::string> enabled;
-    for (const char* const name : {"Add", "Edit", "Delete", "Up", "Down"})
-        if (dialog.Get<QPushButton>(name).isEnabled())
+    for (const char* const name : {"Add", "Edit", "Delete", "Up", "Down"}) {
+        const auto& button = dialog.Get<QPushButton>(name);
+        EXPECT_EQ(button.text(), QString::fromLatin1(name));
+        if (button.isEnabled())
             enabled.emplace_back(name);
+    }
     return enabled;
 }
 
@@ -107,6 +112,50 @@ TEST_F(ListEditor, NamesTheProperty) {
     m_list.SetPropId(OBJ_MULTI_STATE_INPUT, 7);
     Use(m_open, LIST, [](const CControls& dialog) {
         EXPECT_THAT(dialog.Texts(), ElementsAre("alarm-values"));
+        PressCancel(dialog);
+    });
+}
+
+// Row 0 is element 1: as element 0, the size of an array, it would have no name.
+TEST_F(ListEditor, PrintsTheElementsByTheirNumbers) {
+    constexpr BACSTAC_PROPERTY_ID TRACKING_VALUE = 164;
+    CPropertyValueList states(TYPE_ENUMERATED);
+    states.SetPropId(OBJ_EVENT_ENROLLMENT, TRACKING_VALUE);
+    states.Reset(1);
+    states.SetElement(0, states.CreateElement());
+    Use(Value(states), "Input list of enumerated", [](const CControls& dialog) {
+        EXPECT_THAT(Rows(dialog), ElementsAre("quiet"));
+        PressCancel(dialog);
+    });
+}
+
+TEST_F(ListEditor, IsConfirmedWithEnterAmongItsRows) {
+    Fill(m_list, {10});
+    EXPECT_TRUE(Use(m_open, LIST, [](const CControls& dialog) {
+        Select(dialog, 0);
+        EXPECT_EQ(dialog.GetRoot().focusWidget(), &Elements(dialog));
+        PressKey(Qt::Key_Return);
+        EXPECT_FALSE(dialog.GetRoot().isVisible());
+    }));
+    EXPECT_THAT(m_events.Take(), ElementsAre(std::string("Dialog(") + LIST + ")")) << "Enter edits no row";
+}
+
+TEST_F(ListEditor, DrawsAllRowsAgainThatHaveAnotherNumber) {
+    Fill(m_list, {10, 20, 30, 40});
+    Use(m_open, LIST, [](const CControls& dialog) {
+        std::vector<int> drawn;
+        QObject::connect(Elements(dialog).model(), &QAbstractItemModel::dataChanged, &Elements(dialog),
+                         [&](const QModelIndex& first, const QModelIndex& last) {
+                             for (int row = first.row(); row <= last.row(); ++row)
+                                 drawn.push_back(row);
+                         });
+        Select(dialog, 1);
+        dialog.Press("Delete");
+        EXPECT_THAT(std::exchange(drawn, {}), ElementsAre(1, 2));
+        dialog.Press("Up");
+        EXPECT_THAT(std::exchange(drawn, {}), UnorderedElementsAre(0, 1));
+        dialog.Press("Down");
+        EXPECT_THAT(std::exchange(drawn, {}), UnorderedElementsAre(1, 2));
         PressCancel(dialog);
     });
 }
