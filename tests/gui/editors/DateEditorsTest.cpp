@@ -10,7 +10,6 @@
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::Pair;
 
 constexpr const char* DATE_TIME = "Input date-time";
 constexpr const char* WEEK_N_DAY = "Input week-n-day";
@@ -102,6 +101,43 @@ TEST_F(DateTimeEditor, StoresWhatIsChosen) {
         PressOk(dialog);
     }));
     EXPECT_TRUE(AreSame(m_value.Value, ANY));
+}
+
+// The first, the last and how many items each list has.
+TEST_F(DateTimeEditor, EachListHasItsOwnNumbers) {
+    const struct {
+        const char* label;
+        const char* first;
+        const char* last;
+        std::size_t count;
+    } lists[] = {
+        {"Day of &week", "*Any*", "Sunday", 8},
+        {"&Day", "*Any*", "*Even*", 35},
+        {"&Month", "*Any*", "*Even*", 15},
+        {"&Hour", "*", "23", 25},
+        {"Mi&n.", "*", "59", 61},
+        {"&Sec.", "*", "59", 61},
+        {"H&und.", "*", "99", 101},
+    };
+    Use(m_open, DATE_TIME, [&](const CControls& dialog) {
+        for (const auto& list : lists) {
+            const auto items = ItemsOf(dialog.Get<QComboBox>(list.label));
+            ASSERT_EQ(items.size(), list.count) << list.label;
+            EXPECT_EQ(items.front(), list.first);
+            EXPECT_EQ(items.back(), list.last);
+        }
+        PressCancel(dialog);
+    });
+}
+
+TEST_F(DateEditor, ADayThatItsMonthDoesNotHaveStays) {
+    constexpr BACSTAC_DATE IMPOSSIBLE{2026, 0, 2, 31, BACSTAC_ANY_WEEKDAY};
+    m_date.Value = IMPOSSIBLE;
+    EXPECT_TRUE(Use(m_open, DATE_TIME, [](const CControls& dialog) {
+        EXPECT_THAT(Shown(dialog), ElementsAre("*Any*", "31", "February", "2026", "", "", "", ""));
+        PressOk(dialog);
+    }));
+    EXPECT_TRUE(AreSame(m_date.Value, IMPOSSIBLE));
 }
 
 TEST_F(DateEditor, HasTheOddDaysOfTheStandard) {
@@ -198,19 +234,25 @@ TEST_F(Editors, ADateRangeIsTwoDates) {
         });
         dialog.Press("&End date");
         EXPECT_EQ(range.Value.End.Year, BACSTAC_ANY_YEAR) << "nothing changes before OK";
-        m_script.Do(DATE_TIME, [](const CControls& inner) {
-            EXPECT_THAT(inner.Texts().front(), "start-date");
-            inner.Type("&Year", "1998");
-            PressCancel(inner);
-        });
-        dialog.Press("&Start date");
-        EXPECT_EQ(text(dialog, "Start date"), DATE_EDITOR.print(CHRISTMAS.Date));
+        for (const auto& [year, press] : {std::pair("1998", &PressCancel), {"2030", &PressOk}}) {
+            EXPECT_EQ(text(dialog, "Start date"), DATE_EDITOR.print(CHRISTMAS.Date));
+            m_script.Do(DATE_TIME, [&](const CControls& inner) {
+                EXPECT_THAT(inner.Texts().front(), "start-date");
+                EXPECT_FALSE(inner.Get<QWidget>("&Hour").isEnabled());
+                inner.Type("&Year", year);
+                press(inner);
+            });
+            dialog.Press("&Start date");
+        }
+        BACSTAC_DATE start = CHRISTMAS.Date;
+        start.Year = 2030;
+        EXPECT_EQ(text(dialog, "Start date"), DATE_EDITOR.print(start));
         BACSTAC_DATE end = ANY.Date;
         end.Year = 1999;
         EXPECT_EQ(text(dialog, "End date"), DATE_EDITOR.print(end));
         PressOk(dialog);
     }));
-    EXPECT_TRUE(AreSame(range.Value.Start, CHRISTMAS.Date));
+    EXPECT_EQ(range.Value.Start.Year, 2030);
     EXPECT_EQ(range.Value.End.Year, 1999) << "before the start: nobody looks";
 }
 
