@@ -50,6 +50,10 @@ TEST_F(EnumEditor, OffersTheNamesOfTheProperty) {
         PressOk(dialog);
     }));
     EXPECT_EQ(m_value.Value, 1U);
+    Use(m_open, ENUMERATED, [](const CControls& dialog) {
+        EXPECT_EQ(dialog.Get<CNameCombo>(LABEL).GetItem(), 1);
+        PressCancel(dialog);
+    });
 }
 
 TEST_F(EnumEditor, TakesNumbersWithoutAName) {
@@ -147,6 +151,7 @@ TEST_F(BitStringEditor, NumbersBitsWithoutNames) {
         EXPECT_EQ(sizes.size(), 80U);
         EXPECT_EQ(sizes.front(), "1 bits");
         EXPECT_EQ(sizes.back(), "80 bits");
+        EXPECT_EQ(dialog.Get<QComboBox>("&Size").currentText(), QStringLiteral("3 bits"));
         dialog.Choose("&Size", "80 bits");
         Tick(dialog, 79);
         PressOk(dialog);
