@@ -7,7 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <map>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -23,8 +25,9 @@ std::string Text(std::uint32_t form, std::uint32_t number) {
     return value ? value->ToText(BACSTAC_NO_INDEX) : "none";
 }
 
-TEST(PropertyStates, PrintWithTheNamesOfTheirEnumeration) {
-    const std::map<std::string, std::string> expected{
+TEST(PropertyStates, PrintInTheirOrderWithTheNamesOfTheirEnumeration) {
+    using Texts = std::vector<std::pair<std::string, std::string>>;
+    const Texts expected{
         {"boolean-value", "true"},
         {"binary-value", "active"},
         {"event-type", "change-of-state"},
@@ -42,9 +45,9 @@ TEST(PropertyStates, PrintWithTheNamesOfTheirEnumeration) {
         {"restart-reason", "coldstart"},
         {"door-alarm-state", "alarm"},
     };
-    std::map<std::string, std::string> found;
+    Texts found;
     for (std::uint32_t form = 0; form < PropertyStateForms().size(); ++form)
-        found[PropertyStateForms()[form].name] = Text(form, 1);
+        found.emplace_back(PropertyStateForms()[form].name, Text(form, 1));
     EXPECT_EQ(found, expected);
 }
 
