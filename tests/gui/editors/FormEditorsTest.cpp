@@ -7,6 +7,9 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QTreeView>
+
+#include <cstring>
 
 namespace {
 
@@ -42,15 +45,22 @@ TEST_F(Destination, ShowsItsFields) {
         EXPECT_EQ(TextOf(form, "Recipient"), "(device, 4711)");
         EXPECT_EQ(TextOf(form, "Process ID"), "7");
         EXPECT_EQ(TextOf(form, "Conf. notif."), "false");
-        EXPECT_NE(TextOf(form, "Valid days"), "");
-        EXPECT_NE(TextOf(form, "Transitions"), "");
+        EXPECT_EQ(TextOf(form, "Valid days"), "{monday, tuesday, wednesday, thursday, friday, saturday, sunday}");
+        EXPECT_EQ(TextOf(form, "Transitions"), "{to-offnormal, to-fault, to-normal}");
         PressCancel(form);
     });
 }
 
 TEST_F(Destination, EachFieldHasItsEditor) {
     EXPECT_TRUE(UseDestination([&](const CControls& form) {
-        Edit(form, "&Valid days", "Input bit-string", "valid-days", PressOk);
+        Edit(form, "&Valid days", "Input bit-string", "valid-days", [](const CControls& days) {
+            const QAbstractItemModel& bits = *days.Only<QTreeView>().model();
+            EXPECT_EQ(bits.rowCount(), 7);
+            EXPECT_EQ(bits.index(0, 0).data().toString(), QStringLiteral("monday"));
+            PressKey(Qt::Key_Space); // on the first one
+            PressOk(days);
+        });
+        EXPECT_EQ(TextOf(form, "Valid days"), "{tuesday, wednesday, thursday, friday, saturday, sunday}");
         Edit(form, "&From time", "Input date-time", "from-time", [](const CControls& time) {
             EXPECT_FALSE(time.Get<QWidget>("&Month").isEnabled());
             time.Choose("&Hour", "08");
@@ -80,7 +90,7 @@ TEST_F(Destination, EachFieldHasItsEditor) {
     EXPECT_EQ(value.Recipient.Choice, 1U);
     EXPECT_EQ(value.ProcessId, 4294967295U);
     EXPECT_EQ(value.Confirmed, 1U);
-    EXPECT_EQ(value.ValidDays, (BACSTAC_BIT_STRING{7, {0x7F}}));
+    EXPECT_EQ(value.ValidDays, (BACSTAC_BIT_STRING{7, {0x7E}}));
     EXPECT_EQ(value.Transitions, (BACSTAC_BIT_STRING{3, {7}}));
 }
 
@@ -118,20 +128,20 @@ protected:
 };
 
 TEST_F(Subscription, AnEmptyIncrementIsNoneAndANumberIsOne) {
+    m_subscription.Value.Mask = 0x82; // the other bits stay
     EXPECT_TRUE(UseSubscription([&](const CControls& form) {
         EXPECT_EQ(TextOf(form, "COV increment"), "");
         EXPECT_EQ(Enter(form, "COV increment", "Input real", "cov-increment", "0.5"), "0.5");
         PressOk(form);
     }));
-    EXPECT_EQ(m_subscription.Value.Mask, BACSTAC_COV_INCREMENT);
+    EXPECT_EQ(m_subscription.Value.Mask, 0x83U);
     EXPECT_EQ(m_subscription.Value.Increment, 0.5F);
-    m_subscription.Value.Mask |= 0x80;
     EXPECT_TRUE(UseSubscription([&](const CControls& form) {
         EXPECT_EQ(TextOf(form, "COV increment"), "0.5");
         EXPECT_EQ(Enter(form, "COV increment", "Input real", "cov-increment", ""), "");
         PressOk(form);
     }));
-    EXPECT_EQ(m_subscription.Value.Mask, 0x80U);
+    EXPECT_EQ(m_subscription.Value.Mask, 0x82U);
 }
 
 TEST_F(Subscription, EachFieldHasItsEditor) {
@@ -167,9 +177,13 @@ TEST_F(TimeStamp, BeginsWithZerosOnEachChoice) {
     m_stamp.Value.Choice = 2;
     m_stamp.Value.DateTime = {{2026, 0, 11, 21, 6}, {1, 2, 3, 4}};
     EXPECT_TRUE(UseStamp([&](const CControls& form) {
+        EXPECT_THAT(ItemsOf(form.Get<QComboBox>("Type")), ElementsAre("time", "sequence-number", "date-time"));
         form.Choose("Type", "time");
         EXPECT_EQ(TextOf(form, "Value"), "00:00:00.00");
-        Edit(form, "&Value", "Input date-time", "time", PressOk);
+        Edit(form, "&Value", "Input date-time", "time", [](const CControls& time) {
+            EXPECT_FALSE(time.Get<QWidget>("&Month").isEnabled());
+            PressOk(time);
+        });
         form.Choose("Type", "sequence-number");
         EXPECT_EQ(TextOf(form, "Value"), "0");
         EXPECT_EQ(Enter(form, "&Value", "Input unsigned", "sequence-number", "7"), "7");
@@ -186,9 +200,8 @@ TEST_F(TimeStamp, BeginsWithZerosOnEachChoice) {
         });
         PressOk(form);
     }));
-    EXPECT_EQ(m_stamp.Value.DateTime.Date.Year, 0U);
-    EXPECT_EQ(m_stamp.Value.DateTime.Date.Month, 0U);
-    EXPECT_EQ(m_stamp.Value.DateTime.Time.Hour, 0U);
+    constexpr BACSTAC_DATE_TIME ZERO{};
+    EXPECT_EQ(std::memcmp(&m_stamp.Value.DateTime, &ZERO, sizeof ZERO), 0);
 }
 
 // ---- quantities
@@ -201,6 +214,7 @@ TEST_F(Quantities, AScaleIsSignedOrReal) {
     scale.Value.Signed = -5;
     EXPECT_TRUE(Use(Value(scale), "Input scale", [&](const CControls& form) {
         EXPECT_EQ(TextOf(form, "Value"), "-5");
+        EXPECT_THAT(ItemsOf(form.Get<QComboBox>("Type")), ElementsAre("signed", "real"));
         form.Choose("Type", "real");
         EXPECT_EQ(TextOf(form, "Value"), "0");
         Edit(form, "&Value", "Input real", "real scale", [](const CControls& real) {
@@ -241,6 +255,7 @@ TEST_F(Quantities, AShedLevelBeginsWithTheWholeLoad) {
     level.Value.Level = 3;
     EXPECT_TRUE(Use(Value(level), "Input shed-level", [&](const CControls& form) {
         EXPECT_EQ(TextOf(form, "Value"), "3");
+        EXPECT_THAT(ItemsOf(form.Get<QComboBox>("Type")), ElementsAre("percent", "level", "amount"));
         form.Choose("Type", "percent");
         EXPECT_EQ(TextOf(form, "Value"), "100");
         Edit(form, "&Value", "Input unsigned", "percent", [](const CControls& percent) {
@@ -283,7 +298,7 @@ TEST_F(Quantities, APrescaleWantsTwoNumbers) {
     EXPECT_EQ(prescale.Value.Multiplier, 10U);
     EXPECT_THAT(m_events.Take(), ElementsAre("Dialog(Input prescale)"));
     EXPECT_TRUE(Use(Value(prescale), "Input prescale", [](const CControls& form) {
-        form.Type("&Multiplier", "4294967295");
+        form.Type("&Multiplier", "42949672959"); // one digit too many
         form.Type("Modulo &divide", "2147483646");
         PressKey(Qt::Key_Up);
         PressKey(Qt::Key_Up);
@@ -308,6 +323,7 @@ TEST_F(PropertyState, HasTheNamesOfItsKind) {
         EXPECT_EQ(ItemsOf(form.Get<QComboBox>("Type")).size(), 16U);
         EXPECT_EQ(ItemOf(form, "Type"), "unsigned-value");
         EXPECT_EQ(TextOf(form, "Value"), "1");
+        Edit(form, "&Value", "Input unsigned", "Value", PressOk);
         form.Choose("Type", "binary-value");
         EXPECT_EQ(TextOf(form, "Value"), "active");
         form.Choose("Type", "system-status");
@@ -392,6 +408,7 @@ TEST_F(ActionCommand, ItsValueIsOneOfTheProperty) {
 
 TEST_F(ActionCommand, AStarIsNoPriority) {
     EXPECT_TRUE(UseCommand([](const CControls& form) {
+        EXPECT_EQ(form.Get<QComboBox>("&Priority").count(), 17);
         EXPECT_EQ(ItemOf(form, "&Priority"), "8");
         form.Choose("&Priority", "*");
         PressOk(form);
@@ -412,13 +429,15 @@ TEST_F(ActionCommand, ABadDelayCannotBeConfirmed) {
     m_command.Value.Mask = 1;
     EXPECT_TRUE(UseCommand([](const CControls& form) {
         EXPECT_EQ(TextOf(form, "Post &delay"), "");
+        form.Type("Post &delay", "12345678901");
+        EXPECT_EQ(TextOf(form, "Post &delay"), "1234567890");
         form.Type("Post &delay", "12x");
         EXPECT_FALSE(IsEnabled(form, "OK"));
         form.Type("Post &delay", "0");
         EXPECT_TRUE(IsEnabled(form, "OK"));
         PressOk(form);
     }));
-    EXPECT_EQ(m_command.Value.Mask, 1U | BACSTAC_POST_DELAY);
+    EXPECT_EQ(m_command.Value.Mask, 3U);
     EXPECT_EQ(m_command.Value.PostDelay, 0U);
     EXPECT_TRUE(UseCommand([](const CControls& form) {
         EXPECT_EQ(TextOf(form, "Post &delay"), "0");

@@ -2,6 +2,7 @@
 #include "api/bacnet/Enums.h"
 #include "module/editors/EditAddressDlg.h"
 #include "module/widgets/NameCombo.h"
+#include "module/widgets/SpinEdit.h"
 #include "tests/gui/editors/Forms.h"
 
 #include <QCheckBox>
@@ -14,9 +15,9 @@ using ::testing::ElementsAre;
 constexpr const char* REFERENCE = "Input device-object-property";
 constexpr const char* TYPE = "&Object type && instance";
 constexpr const char* INSTANCE = "Object instance";
-constexpr const char* PROPERTY = "Property id and index (optional)";
+constexpr const char* PROPERTY = "&Property id and index (optional)";
 constexpr const char* INDEX = "Array index";
-constexpr const char* DEVICE = "Device (optional)";
+constexpr const char* DEVICE = "&Device (optional)";
 constexpr std::uint32_t WHOLE = 0xFFFFFFFFU;
 
 // ---- references
@@ -261,6 +262,22 @@ TEST_F(AddressEditor, LimitsTheDigitsAndSaysNothingAboutNumbers) {
     EXPECT_THAT(m_events.Take(), ElementsAre("Dialog(Input address)"));
 }
 
+TEST_F(AddressEditor, TheArrowsOfTheNetworkStayWithin16Bits) {
+    UseAddress([](const CControls& dialog) {
+        const auto stepped = [&](const char* text, Qt::Key key) {
+            dialog.Type("Network", text);
+            PressKey(key);
+            return dialog.Get<CSpinEdit>("Network").GetText().toStdString();
+        };
+        EXPECT_EQ(stepped("65535", Qt::Key_Up), "65535");
+        EXPECT_EQ(stepped("65534", Qt::Key_Up), "65535");
+        EXPECT_EQ(stepped("0", Qt::Key_Down), "0");
+        dialog.Type("Network", "1234567");
+        EXPECT_EQ(dialog.Get<CSpinEdit>("Network").GetText(), QStringLiteral("12345"));
+        PressCancel(dialog);
+    });
+}
+
 TEST_F(AddressEditor, ALocalOneHasNoNetworkToChange) {
     m_isLocalOnly = true;
     EXPECT_TRUE(UseAddress([](const CControls& dialog) {
@@ -280,6 +297,7 @@ TEST_F(ReferenceForms, ARecipientBeginsAnewWithItsChoice) {
     recipient.Value.Choice = 0;
     recipient.Value.Device = {OBJ_DEVICE, 4711};
     EXPECT_TRUE(Use(Value(recipient), "Input recipient", [&](const CControls& form) {
+        EXPECT_THAT(ItemsOf(form.Get<QComboBox>("Type")), ElementsAre("device-instance", "address"));
         EXPECT_EQ(ItemOf(form, "Type"), "device-instance");
         EXPECT_EQ(TextOf(form, "Value"), "(device, 4711)");
         form.Choose("Type", "address");
@@ -451,7 +469,7 @@ TEST_F(ResultItem, HasAValueThatItsOwnEditorChanges) {
 
 TEST_F(ResultItem, HasAPropertyOfItsOwn) {
     EXPECT_TRUE(UseItem([&](const CControls& form) {
-        Edit(form, "Property", REFERENCE, "property", [](const CControls& reference) {
+        Edit(form, "&Property", REFERENCE, "property", [](const CControls& reference) {
             EXPECT_FALSE(reference.Get<QWidget>(TYPE).isEnabled());
             reference.Choose(PROPERTY, "priority-array");
             reference.Type(INDEX, "8");

@@ -75,6 +75,7 @@ TEST_F(CalendarEntry, EachChoiceHasItsEditor) {
     }));
     EXPECT_EQ(m_entry.Value.Date.Month, 14U);
     EXPECT_TRUE(UseEntry([&](const CControls& form) {
+        EXPECT_THAT(ItemsOf(form.Get<QComboBox>("Type")), ElementsAre("date", "date-range", "week-and-day"));
         form.Choose("Type", "week-and-day");
         Edit(form, "&Value", "Input week-n-day", "week-n-day", PressCancel);
         form.Choose("Type", "date-range");
@@ -126,6 +127,7 @@ TEST_F(SpecialEvent, BeginsAnewWithEachKindOfPeriod) {
     m_event.Value.Priority = 5;
     m_event.Value.Entry.Date = {2026, 0, 11, 21, 6};
     EXPECT_TRUE(UseEvent([&](const CControls& form) {
+        EXPECT_THAT(ItemsOf(form.Get<QComboBox>("P&eriod")), ElementsAre("calendar-entry", "calendar-reference"));
         form.Choose("P&eriod", "calendar-reference");
         EXPECT_EQ(TextOf(form, "Value"), "(calendar, 0)");
         Edit(form, "&Value", "Input device-object-property", "calendar-reference", [](const CControls& reference) {
@@ -258,7 +260,7 @@ protected:
 
 TEST_F(AnyPrimitive, OffersTheTypesByName) {
     UseAny([](const CControls& form) {
-        EXPECT_THAT(ItemsOf(form.Get<QComboBox>("Type")),
+        EXPECT_THAT(ItemsOf(form.Get<QComboBox>("&Type")),
                     ElementsAre("null", "boolean", "unsigned", "signed", "real", "double", "character-string",
                                 "bit-string", "enumerated", "date", "time", "object-identifier", "octet-string"));
         EXPECT_EQ(ItemOf(form, "Type"), "real");
