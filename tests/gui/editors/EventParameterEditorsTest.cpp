@@ -1,6 +1,8 @@
 // The editors of event parameters: the event type, and a form for each.
+#include "api/bacnet/BacGeneral.h"
 #include "api/bacnet/Enums.h"
 #include "module/editors/EditEPOutOfRange.h"
+#include "module/editors/EnumNames.h"
 #include "tests/gui/editors/Forms.h"
 
 #include <QComboBox>
@@ -13,6 +15,7 @@
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
 
 constexpr const char* PARAMETERS = "Input event-parameter";
 constexpr const char* REFERENCE = "Input device-object-property";
@@ -28,7 +31,8 @@ protected:
 TEST_F(EventParameters, OfferAllEventTypesByName) {
     m_parameters.SetEventType(5);
     UseParameters([](const CControls& form) {
-        const auto types = ItemsOf(form.Get<QComboBox>("Type"));
+        const auto types = ItemsOf(form.Get<QComboBox>("&Type"));
+        EXPECT_THAT(types, ElementsAreArray(EnumNames(CBacGeneral::GetEnumTypeId(37, 9))));
         ASSERT_GE(types.size(), 12U);
         EXPECT_EQ(types[0], "change-of-bitstring");
         EXPECT_EQ(types[11], "unsigned-range");
@@ -61,17 +65,20 @@ TEST_F(EventParameters, EachTypeOpensItsOwnForm) {
 }
 
 TEST_F(EventParameters, TypesWithoutAFormOpenNothing) {
-    UseParameters([](const CControls& form) {
+    int last = 0;
+    EXPECT_TRUE(UseParameters([&](const CControls& form) {
         auto& types = form.Get<QComboBox>("Type");
+        last = types.count() - 1;
         for (int type = 0; type < types.count(); ++type) {
             if (type < 6 || (type > 7 && type < 12))
                 continue;
             types.setCurrentIndex(type);
             form.Press("&Value");
         }
-        PressCancel(form);
-    });
+        PressOk(form);
+    }));
     EXPECT_THAT(m_events.Take(), ElementsAre("Dialog(Input event-parameter)"));
+    EXPECT_EQ(m_parameters.GetEventType(), static_cast<std::uint32_t>(last)) << "the device is the judge";
 }
 
 TEST_F(EventParameters, ANewTypeTakesTheOldParametersAwayAndTheSameOneDoesNot) {
@@ -95,6 +102,21 @@ TEST_F(EventParameters, ANewTypeTakesTheOldParametersAwayAndTheSameOneDoesNot) {
     }));
     EXPECT_EQ(m_parameters.GetEventType(), 5U);
     EXPECT_EQ(static_cast<CPVEPOutOfRange*>(m_parameters.GetParameters())->Value.TimeDelay, 0U);
+}
+
+TEST_F(EventParameters, ShowTheParametersOfTheTypeThatIsChosen) {
+    CPVEventParameter fresh;
+    fresh.SetPropId(OBJ_EVENT_ENROLLMENT, PROP_EVENT_PARAMETERS);
+    m_parameters.SetEventType(5);
+    UseParameters([&](const CControls& form) {
+        for (const auto& [type, name] : {std::pair(11U, "unsigned-range"), {2U, "change-of-value"}}) {
+            fresh.SetEventType(type);
+            form.Choose("&Type", name);
+            EXPECT_EQ(TextOf(form, "Value"), fresh.ToText(BACSTAC_NO_INDEX));
+            EXPECT_NE(TextOf(form, "Value"), "");
+        }
+        PressCancel(form);
+    });
 }
 
 TEST_F(EventParameters, AnUnknownTypeShowsNoneAndStays) {
@@ -243,6 +265,7 @@ TEST_F(EventParameterForm, CriteriaBeginAnewWithTheirType) {
     value.Value = {};
     value.Value.BitMask = {4, {5}};
     EXPECT_TRUE(Use(Value(value), "Input ep-change-of-value", [&](const CControls& form) {
+        EXPECT_THAT(ItemsOf(form.Get<QComboBox>("Criteria t&ype")), ElementsAre("bit-mask", "increment"));
         EXPECT_EQ(ItemOf(form, "Criteria t&ype"), "bit-mask");
         Edit(form, "Criteria &value", "Input bit-string", "bit-mask criteria", PressOk);
         form.Choose("Criteria t&ype", "increment");
@@ -326,6 +349,9 @@ TEST_F(EventParameterForm, ExtendedParametersAreOfAnyType) {
         PressOk(form);
     }));
     ASSERT_EQ(extended.GetParameters().GetElementCnt(), 1U);
+    CPropertyContents written(extended.GetDataSize());
+    ASSERT_TRUE(extended.WriteTo(written));
+    EXPECT_EQ(static_cast<const BACSTAC_EP_EXTENDED*>(written.GetBufferPtr())->Parameters.Count, 1U);
 }
 
 // ---- the sets of an out-of-range form
@@ -352,6 +378,12 @@ TEST_F(OutOfRange, RealsAreTheSetOfTheDataType) {
     EXPECT_EQ(value.Value.LowLimit, -21.5F);
     EXPECT_EQ(value.Value.HighLimit, 1e10F);
     EXPECT_EQ(value.Value.DeadBand, -1.0F);
+    Use(Value(value), "Input ep-out-of-range", [](const CControls& form) {
+        EXPECT_EQ(TextOf(form, "Low limit"), "-21.5");
+        EXPECT_EQ(TextOf(form, "High limit"), "1e+10");
+        EXPECT_EQ(TextOf(form, "Dead band"), "-1");
+        PressCancel(form);
+    });
 }
 
 TEST_F(OutOfRange, DoublesKeepTheirDigits) {
