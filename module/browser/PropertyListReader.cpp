@@ -123,7 +123,8 @@ bool CPropertyListReader::CWork::FindSource(Source& source) {
 
 // False when the read was ended before it got through.
 bool CPropertyListReader::CWork::ShowProperties(const Source& source) {
-    const unsigned vendor = m_bacnet.GetDevVendorId(m_reading->device);
+    // A read that was left behind asks nothing more: whom it would ask may be gone.
+    const unsigned vendor = m_reading->isStopped ? 0 : m_bacnet.GetDevVendorId(m_reading->device);
     Show([count = source.count](Reading& reading) { reading.view->SetSource("Reading property:", count); });
     for (unsigned i = 0; i < source.count; ++i) {
         if (m_reading->MustEnd()) {
