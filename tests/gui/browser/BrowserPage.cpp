@@ -8,24 +8,6 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-#include <filesystem>
-#include <fstream>
-
-namespace {
-
-// Threads that a page left behind: they are still among the devices.
-bool HasWorkers() {
-    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::string name;
-        std::getline(std::ifstream(thread.path() / "comm"), name);
-        if (name == "PropertyListRea" || name == "DeviceStatusMon")
-            return true;
-    }
-    return false;
-}
-
-} // namespace
-
 BrowserPage::BrowserPage() {
     CBacGeneral::SetDirFileName(m_folder.File("directory"));
 }
@@ -36,8 +18,6 @@ BrowserPage::~BrowserPage() {
             m_page->Destroy();
         m_window.reset();
     });
-    LetGo();
-    EXPECT_TRUE(Eventually([] { return !HasWorkers(); }));
     CBacGeneral::SetDirFileName({});
 }
 
