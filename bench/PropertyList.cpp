@@ -39,9 +39,11 @@ constexpr std::size_t kProperties = 40;
 class Window final : public IPropertyListView, public IGuiQueue {
 public:
     void Post(std::function<void()> call) override {
-        const std::lock_guard lock(m_mutex);
-        m_calls.push_back(std::move(call));
-        m_posted.notify_one();
+        {
+            const std::lock_guard lock(m_mutex);
+            m_calls.push_back(std::move(call));
+        }
+        m_posted.notify_one(); // who wakes finds the lock free
     }
     // Reads the list of the object to its end; the moment of its first row.
     Clock::time_point Read(CPropertyListReader& reader, unsigned device) {

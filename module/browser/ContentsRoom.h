@@ -14,6 +14,7 @@ public:
     explicit CContentsRoom(std::size_t count)
         : m_block(new std::max_align_t[count * BACSTAC_CONTENTS_SIZE / sizeof(std::max_align_t)]) {
         auto* const block = reinterpret_cast<char*>(m_block.get());
+        m_contents.reserve(count);
         for (std::size_t i = 0; i < count; ++i)
             m_contents.push_back({TYPE_NONE, block + i * BACSTAC_CONTENTS_SIZE, BACSTAC_CONTENTS_SIZE, 0});
     }
