@@ -329,7 +329,7 @@ TEST_F(EventParameterForm, LifeSafetyHasTwoLists) {
         PressOk(form);
     }));
     EXPECT_EQ(value.GetLifeSafetyAlarmValues().GetElementCnt(), 1U);
-    EXPECT_EQ(value.GetAlarmValues().GetElementCnt(), 2U);
+    ASSERT_EQ(value.GetAlarmValues().GetElementCnt(), 2U);
     EXPECT_EQ(value.GetAlarmValues().GetElement(1)->ToText(BACSTAC_NO_INDEX), "tamper-alarm");
 }
 

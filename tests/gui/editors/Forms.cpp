@@ -9,6 +9,7 @@
 
 void Forms::Edit(const CControls& form, const std::string& field, const std::string& title, const std::string& label,
                  const CDialogScript::Action& use) {
+    EXPECT_EQ(form.Get<QAbstractButton>(field).text(), QStringLiteral("..."));
     m_script.Do(title, [&](const CControls& editor) {
         EXPECT_EQ(editor.Texts().front(), label);
         use(editor);

@@ -2,6 +2,7 @@
 #include "api/bacnet/Enums.h"
 #include "tests/gui/editors/Forms.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QTreeView>
 
@@ -170,6 +171,8 @@ TEST_F(SpecialEvent, ACancelledListDropsWhatWasConfirmedInIt) {
         list.Press("Edit");
     };
     EXPECT_TRUE(UseEvent([&](const CControls& form) {
+        EXPECT_EQ(form.Get<QAbstractButton>("Edit time-value list...").text(),
+                  QStringLiteral("Edit time-value list...")); // without a mnemonic
         EditList(form, "Edit time-value list...", "time-value", [&](const CControls& list) {
             changeTheValue(list);
             PressCancel(list);
