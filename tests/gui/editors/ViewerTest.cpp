@@ -36,6 +36,8 @@ TEST_F(Viewer, ShowsTheValueInLinesToBeReadOnly) {
         EXPECT_THAT(dialog.Texts(), ElementsAre("heating && cooling"));
         EXPECT_EQ(TextOf(dialog).toPlainText(), QStringLiteral("{\n\ta,\n\t{\n\t\tb\n\t}\n}"));
         EXPECT_EQ(dialog.GetRoot().focusWidget(), &dialog.Get<QPlainTextEdit>("heating && cooling"));
+        const int character = TextOf(dialog).fontMetrics().averageCharWidth(); // of 4 units of dialogs
+        EXPECT_EQ(TextOf(dialog).tabStopDistance(), 12 / 4 * character);
         TypeText(TextOf(dialog), "x");
         PressKey(Qt::Key_Delete);
         EXPECT_EQ(TextOf(dialog).toPlainText().size(), 17);
