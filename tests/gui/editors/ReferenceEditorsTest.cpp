@@ -456,6 +456,7 @@ protected:
 TEST_F(ResultItem, HasAValueThatItsOwnEditorChanges) {
     EXPECT_TRUE(UseItem([&](const CControls& form) {
         EXPECT_FALSE(form.Get<QWidget>("Error &class").isEnabled());
+        EXPECT_FALSE(form.Get<QWidget>("Error c&ode").isEnabled());
         m_script.Do("Input real", [](const CControls& real) {
             real.Type("Value", "7");
             PressOk(real);
@@ -499,6 +500,7 @@ TEST_F(ResultItem, AnErrorIsReadAsItsNumbersChange) {
         EXPECT_EQ(TextOf(form, "Error c&ode"), "12345");
         form.Press("&Value");
         EXPECT_FALSE(form.Get<QWidget>("Error &class").isEnabled());
+        EXPECT_FALSE(form.Get<QWidget>("Error c&ode").isEnabled());
         EXPECT_TRUE(IsEnabled(form, "Value text"));
         PressOk(form);
     }));
