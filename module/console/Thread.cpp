@@ -3,12 +3,15 @@
 #include <chrono>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #if defined(__linux__)
 #include <pthread.h>
 #endif
 
 namespace {
+
+constexpr std::chrono::seconds SPARE_TIME(1);
 
 void NameThisThread(const std::string& name) {
 #if defined(__linux__)
@@ -18,6 +21,58 @@ void NameThisThread(const std::string& name) {
     (void)name;
 #endif
 }
+
+// Threads that have ended their run wait a moment for another one: to make a thread takes longer than many a run. Never
+// destroyed: a thread may wait here while the process ends.
+class CSpareThreads {
+public:
+    static CSpareThreads& Get() {
+        static auto& spares = *new CSpareThreads;
+        return spares;
+    }
+
+    // Runs main on a spare thread or on a new one, detached. Throws std::system_error when there can be none.
+    std::thread::id Run(std::function<void()> main) {
+        {
+            const std::lock_guard lock(m_mutex);
+            if (!m_waiting.empty()) {
+                Spare& spare = *m_waiting.back();
+                m_waiting.pop_back();
+                spare.main = std::move(main);
+                spare.wake.notify_one();
+                return spare.id;
+            }
+        }
+        std::thread thread([this, main = std::move(main)]() mutable {
+            do
+                std::exchange(main, nullptr)();
+            while (WaitForMain(main));
+        });
+        const std::thread::id id = thread.get_id();
+        thread.detach();
+        return id;
+    }
+
+private:
+    struct Spare {
+        std::thread::id id = std::this_thread::get_id();
+        std::function<void()> main;
+        std::condition_variable wake;
+    };
+
+    bool WaitForMain(std::function<void()>& main) {
+        Spare spare;
+        std::unique_lock lock(m_mutex);
+        m_waiting.push_back(&spare);
+        spare.wake.wait_for(lock, SPARE_TIME, [&] { return spare.main != nullptr; });
+        std::erase(m_waiting, &spare); // not there any more when it got something
+        main = std::move(spare.main);
+        return main != nullptr;
+    }
+
+    std::mutex m_mutex; // of all below, and of the spares
+    std::vector<Spare*> m_waiting;
+};
 
 } // namespace
 
@@ -67,7 +122,7 @@ bool CThread::Start(unsigned stackSize, unsigned creationFlags) {
         return false;
     const auto run = std::make_shared<CThreadRun>();
     run->m_slot = m_slot;
-    const auto main = [run, body = GetBody(), name = m_name] {
+    auto main = [run, body = GetBody(), name = m_name] {
         NameThisThread(name);
         body(*run);
         const std::lock_guard end(run->m_mutex);
@@ -75,9 +130,7 @@ bool CThread::Start(unsigned stackSize, unsigned creationFlags) {
         run->m_wake.notify_all();
     };
     try {
-        std::thread thread(main);
-        m_slot->id = thread.get_id();
-        thread.detach();
+        m_slot->id = CSpareThreads::Get().Run(std::move(main));
     } catch (const std::system_error&) {
         return false;
     }

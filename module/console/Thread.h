@@ -11,6 +11,9 @@
 //
 // Work drops its results once run.IsAbandoned(). Where the owner is known to outlive the run, overriding Run is enough.
 //
+// A run may get the thread of one that ended a moment ago, of this or another worker: it leaves the thread as it finds
+// it.
+//
 // All operations may be called from any thread.
 #pragma once
 

@@ -8,6 +8,7 @@
 #include <future>
 #include <grp.h>
 #include <memory>
+#include <set>
 #include <sys/resource.h>
 #include <unistd.h>
 #include <vector>
@@ -177,6 +178,45 @@ TEST(Thread, RunMayCloseTheThreadItself) {
     ASSERT_TRUE(thread.Start(0, 0));
     thread.m_done.get_future().wait();
     EXPECT_FALSE(thread.HasThread());
+}
+
+// Notes on which thread it runs, and holds something as long as the run does.
+class Noting : public CThread {
+public:
+    std::shared_ptr<int> m_held;
+    std::thread::id m_ran;
+
+protected:
+    Body GetBody() override {
+        return [this, held = m_held](CThreadRun&) { m_ran = std::this_thread::get_id(); };
+    }
+};
+
+TEST(Thread, ARunMayHaveTheThreadOfOneThatEnded) {
+    Noting worker;
+    std::set<std::thread::id> threads;
+    for (int run = 0; run < 20; ++run) {
+        worker.m_held = std::make_shared<int>(run);
+        const std::weak_ptr<int> held = worker.m_held;
+        ASSERT_TRUE(worker.Start(0, 0));
+        ASSERT_TRUE(worker.Wait(10000));
+        worker.CloseThread();
+        worker.m_held.reset();
+        const auto start = Clock::now();
+        while (!held.expired() && Since(start) < milliseconds(10000))
+            std::this_thread::yield();
+        EXPECT_TRUE(held.expired()) << "the thread stays, what it ran goes";
+        threads.insert(worker.m_ran);
+    }
+    EXPECT_LT(threads.size(), 20U);
+}
+
+TEST(Thread, RunsAtOnceHaveThreadsOfTheirOwn) {
+    Waiting one;
+    Waiting other;
+    ASSERT_TRUE(one.Start(0, 0));
+    ASSERT_TRUE(other.Start(0, 0));
+    EXPECT_NE(one.GetThreadId(), other.GetThreadId());
 }
 
 TEST(Thread, StopAndWaitAsksTheRunToEnd) {
