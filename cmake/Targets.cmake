@@ -29,9 +29,10 @@ else()
     "LSAN_OPTIONS=set:suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0")
 endif()
 
-# bdc_test(NAME [LABEL label] SOURCES ... LIBS ...): a GoogleTest program; each of its tests is one of ctest's.
+# bdc_test(NAME [ALONE] [LABEL label] SOURCES ... LIBS ...): a GoogleTest program; each of its tests is one of ctest's.
+# ALONE: each has the machine for itself.
 function(bdc_test name)
-  cmake_parse_arguments(T "" "LABEL;TIMEOUT" "SOURCES;LIBS" ${ARGN})
+  cmake_parse_arguments(T "ALONE" "LABEL;TIMEOUT" "SOURCES;LIBS" ${ARGN})
   add_executable(${name} ${T_SOURCES})
   target_link_libraries(${name} PRIVATE bdc_options ${T_LIBS} GTest::gmock GTest::gtest_main)
   target_compile_definitions(${name} PRIVATE BDC_SOURCE_DIR="${PROJECT_SOURCE_DIR}" BDC_BINARY_DIR="${PROJECT_BINARY_DIR}")
@@ -42,6 +43,6 @@ function(bdc_test name)
     set(T_LABEL unit)
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT ${T_TIMEOUT} LABELS ${T_LABEL} ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
+    PROPERTIES TIMEOUT ${T_TIMEOUT} LABELS ${T_LABEL} RUN_SERIAL ${T_ALONE} ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
       ENVIRONMENT_MODIFICATION "${bdc_sanitizer_options}")
 endfunction()
